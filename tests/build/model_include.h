@@ -1,0 +1,3 @@
+#include <QPainterPath>
+#include <QtCore/QString>
+#include "platform/Profile.h"
