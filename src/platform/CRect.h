@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/CPoint.h"
+
+// A rectangle kept as drawn: in the label's y-up space top is normally greater than bottom,
+// so code that needs left <= right and top <= bottom works on a normalised copy.
+struct CRect {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+
+    constexpr CRect() = default;
+    constexpr CRect(int l, int t, int r, int b) : left(l), top(t), right(r), bottom(b) {}
+
+    constexpr int Width() const { return right - left; }
+    constexpr int Height() const { return bottom - top; }
+    constexpr CPoint TopLeft() const { return {left, top}; }
+    constexpr CPoint BottomRight() const { return {right, bottom}; }
+    constexpr CPoint CenterPoint() const { return {(left + right) / 2, (top + bottom) / 2}; }
+
+    // True when the rectangle has no area: width or height not positive.
+    constexpr bool IsRectEmpty() const { return Width() <= 0 || Height() <= 0; }
+    // Half-open containment: left and top edges inside, right and bottom outside.
+    constexpr bool PtInRect(CPoint p) const { return p.x >= left && p.x < right && p.y >= top && p.y < bottom; }
+
+    void NormalizeRect();
+    CRect Normalized() const;
+    void InflateRect(int dx, int dy);
+    void OffsetRect(int dx, int dy);
+    // Both set *this and answer whether the result is non-empty; inputs are taken as normalised.
+    bool IntersectRect(const CRect& a, const CRect& b);
+    bool UnionRect(const CRect& a, const CRect& b);
+
+    friend constexpr bool operator==(const CRect&, const CRect&) = default;
+};

@@ -1,0 +1,467 @@
+#include "platform/graphics/Graphics.h"
+
+#include "platform/graphics/DeviceContext.h"
+
+#include <QPaintDevice>
+#include <QPaintEngine>
+#include <QPainterPathStroker>
+#include <algorithm>
+#include <cmath>
+#include <deque>
+
+namespace gfx {
+
+struct Graphics::State {
+    GraphicsState token;
+    Matrix world;
+    Region clip;
+    QPoint renderingOrigin;
+    SmoothingMode smoothing;
+    PixelOffsetMode pixelOffset;
+    InterpolationMode interpolation;
+    int textHint;
+    Unit pageUnit;
+};
+
+namespace {
+
+bool prefilters(InterpolationMode mode)
+{
+    return mode == InterpolationMode::HighQuality || mode == InterpolationMode::HighQualityBilinear
+           || mode == InterpolationMode::HighQualityBicubic;
+}
+
+// Strong reductions are averaged beforehand, because bilinear sampling alone would skip pixels.
+// Pictures are redrawn on every repaint, so the last few reductions are kept.
+QImage reduced(const QImage& image, const QRect& part, QSize size)
+{
+    struct Entry {
+        qint64 key;
+        QRect part;
+        QSize size;
+        QImage image;
+    };
+    thread_local std::deque<Entry> cache;
+    for (const Entry& e : cache) {
+        if (e.key == image.cacheKey() && e.part == part && e.size == size)
+            return e.image;
+    }
+    const QImage source = part == image.rect() ? image : image.copy(part);
+    QImage result = source.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    cache.push_front({image.cacheKey(), part, size, result});
+    if (cache.size() > 4)
+        cache.pop_back();
+    return result;
+}
+
+QPainterPath rectPath(const QRectF& rect)
+{
+    QPainterPath path;
+    path.addRect(rect);
+    return path;
+}
+
+} // namespace
+
+Graphics::Graphics(Bitmap& bitmap) : m_ownPainter(std::make_unique<QPainter>()), m_painter(m_ownPainter.get())
+{
+    QImage& pixels = bitmap.image();
+    if (!pixels.isNull()) {
+        if (pixels.format() != QImage::Format_ARGB32_Premultiplied)
+            pixels = pixels.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        m_painter->begin(&pixels);
+    }
+    apply();
+}
+
+Graphics::Graphics(DeviceContext& dc) : m_painter(&dc.painter()), m_mapping(dc.Mapping())
+{
+    // Whatever this Graphics changes on the device's painter is put back when it goes, and a clip
+    // the painter came with stays in force under this Graphics' own.
+    if (m_painter->isActive()) {
+        m_painter->save();
+        if (m_painter->hasClipping()) {
+            m_deviceClip = m_painter->worldTransform().map(m_painter->clipPath());
+            m_hasDeviceClip = true;
+        }
+    }
+    apply();
+}
+
+Graphics::~Graphics()
+{
+    if (m_ownPainter) {
+        if (m_ownPainter->isActive())
+            m_ownPainter->end();
+    } else if (m_painter->isActive()) {
+        m_painter->restore();
+    }
+}
+
+bool Graphics::active() const
+{
+    return m_painter->isActive();
+}
+
+QTransform Graphics::deviceTransform() const
+{
+    return m_world.transform() * m_mapping;
+}
+
+FillContext Graphics::fillContext() const
+{
+    return FillContext{m_renderingOrigin};
+}
+
+QRectF Graphics::deviceRect() const
+{
+    const QPaintDevice* device = m_painter->device();
+    return device ? QRectF(0, 0, device->width(), device->height()) : QRectF();
+}
+
+void Graphics::apply()
+{
+    if (!active())
+        return;
+    applyHints();
+    applyClip();
+    applyTransform();
+}
+
+void Graphics::applyHints()
+{
+    if (!active())
+        return;
+    m_painter->setRenderHint(QPainter::Antialiasing,
+                             m_smoothing == SmoothingMode::AntiAlias || m_smoothing == SmoothingMode::HighQuality);
+    m_painter->setRenderHint(QPainter::SmoothPixmapTransform, m_interpolation != InterpolationMode::NearestNeighbor);
+}
+
+void Graphics::applyClip()
+{
+    if (!active())
+        return;
+    if (m_clip.IsInfinite() && !m_hasDeviceClip) {
+        m_painter->setClipping(false);
+        return;
+    }
+    // The clip is kept in device pixels; Qt takes it in the coordinates in force.
+    m_painter->setWorldTransform(QTransform());
+    if (m_hasDeviceClip)
+        m_painter->setClipPath(m_deviceClip, Qt::ReplaceClip);
+    if (!m_clip.IsInfinite())
+        m_painter->setClipPath(m_clip.path(), m_hasDeviceClip ? Qt::IntersectClip : Qt::ReplaceClip);
+    applyTransform();
+}
+
+void Graphics::applyTransform()
+{
+    if (active())
+        m_painter->setWorldTransform(deviceTransform());
+}
+
+void Graphics::SetSmoothingMode(SmoothingMode mode)
+{
+    m_smoothing = mode;
+    applyHints();
+}
+
+void Graphics::SetInterpolationMode(InterpolationMode mode)
+{
+    m_interpolation = mode;
+    applyHints();
+}
+
+void Graphics::SetTransform(const Matrix& matrix)
+{
+    m_world = matrix;
+    applyTransform();
+}
+
+void Graphics::ResetTransform()
+{
+    m_world.Reset();
+    applyTransform();
+}
+
+void Graphics::MultiplyTransform(const Matrix& matrix, MatrixOrder order)
+{
+    m_world.Multiply(matrix, order);
+    applyTransform();
+}
+
+void Graphics::TranslateTransform(float dx, float dy, MatrixOrder order)
+{
+    m_world.Translate(dx, dy, order);
+    applyTransform();
+}
+
+void Graphics::RotateTransform(float degrees, MatrixOrder order)
+{
+    m_world.Rotate(degrees, order);
+    applyTransform();
+}
+
+void Graphics::ScaleTransform(float sx, float sy, MatrixOrder order)
+{
+    m_world.Scale(sx, sy, order);
+    applyTransform();
+}
+
+void Graphics::TransformPoints(CoordinateSpace to, CoordinateSpace from, QPointF* points, int count) const
+{
+    // With pixels as the page unit, page space and device space are the same.
+    const bool fromWorld = from == CoordinateSpace::World;
+    const bool toWorld = to == CoordinateSpace::World;
+    if (fromWorld == toWorld)
+        return;
+    QTransform t = deviceTransform();
+    if (toWorld) {
+        bool invertible = false;
+        t = t.inverted(&invertible);
+        if (!invertible)
+            return;
+    }
+    for (int i = 0; i < count; ++i)
+        points[i] = t.map(points[i]);
+}
+
+void Graphics::combineClip(const Region& region, CombineMode mode)
+{
+    switch (mode) {
+    case CombineMode::Replace:
+        m_clip = region;
+        break;
+    case CombineMode::Intersect:
+        m_clip.Intersect(region);
+        break;
+    case CombineMode::Union:
+        m_clip.Union(region);
+        break;
+    case CombineMode::Xor:
+        m_clip.Xor(region);
+        break;
+    case CombineMode::Exclude:
+        m_clip.Exclude(region);
+        break;
+    case CombineMode::Complement:
+        m_clip.Complement(region);
+        break;
+    }
+    applyClip();
+}
+
+void Graphics::SetClip(const GraphicsPath& path, CombineMode mode)
+{
+    SetClip(Region(path), mode);
+}
+
+void Graphics::SetClip(const Region& region, CombineMode mode)
+{
+    Region device = region;
+    device.Transform(Matrix(deviceTransform()));
+    combineClip(device, mode);
+}
+
+void Graphics::SetClip(const QRectF& rect, CombineMode mode)
+{
+    SetClip(Region(rect), mode);
+}
+
+void Graphics::ResetClip()
+{
+    m_clip.MakeInfinite();
+    applyClip();
+}
+
+Region Graphics::GetClip() const
+{
+    Region clip = m_clip;
+    bool invertible = false;
+    const QTransform toWorld = deviceTransform().inverted(&invertible);
+    if (invertible)
+        clip.Transform(Matrix(toWorld));
+    return clip;
+}
+
+GraphicsState Graphics::Save()
+{
+    const GraphicsState token = m_nextToken++;
+    m_saved.push_back(State{token, m_world, m_clip, m_renderingOrigin, m_smoothing, m_pixelOffset, m_interpolation,
+                            m_textHint, m_pageUnit});
+    return token;
+}
+
+void Graphics::Restore(GraphicsState token)
+{
+    const auto it = std::find_if(m_saved.begin(), m_saved.end(), [token](const State& s) { return s.token == token; });
+    if (it == m_saved.end())
+        return;
+    m_world = it->world;
+    m_clip = it->clip;
+    m_renderingOrigin = it->renderingOrigin;
+    m_smoothing = it->smoothing;
+    m_pixelOffset = it->pixelOffset;
+    m_interpolation = it->interpolation;
+    m_textHint = it->textHint;
+    m_pageUnit = it->pageUnit;
+    m_saved.erase(it, m_saved.end());
+    apply();
+}
+
+void Graphics::Clear(Color color)
+{
+    if (!active())
+        return;
+    m_painter->save();
+    m_painter->setWorldTransform(QTransform());
+    // Clearing replaces what is there, alpha included, where the device can do that.
+    if (m_painter->paintEngine() && m_painter->paintEngine()->type() == QPaintEngine::Raster)
+        m_painter->setCompositionMode(QPainter::CompositionMode_Source);
+    m_painter->fillRect(deviceRect(), color.toQColor());
+    m_painter->restore();
+}
+
+void Graphics::fill(const Brush& brush, const QPainterPath& path)
+{
+    if (active() && !path.isEmpty())
+        brush.Fill(*m_painter, path, fillContext());
+}
+
+void Graphics::stroke(const Pen& pen, const QPainterPath& path)
+{
+    if (!active() || path.isEmpty())
+        return;
+    const QTransform combined = m_painter->combinedTransform();
+    const QPen qtPen = pen.QtPen(combined);
+    if (!pen.HasPatternBrush()) {
+        m_painter->strokePath(path, qtPen);
+        return;
+    }
+    // The outline as an area, filled by the pen's brush as any fill is, so that hatch tiles and
+    // texture wrapping follow the same rules as in fills.
+    QPainterPathStroker stroker(qtPen);
+    if (qtPen.isCosmetic()) {
+        const double scale = std::sqrt(std::abs(combined.determinant()));
+        if (scale <= 0)
+            return;
+        stroker.setWidth(1.0 / scale);
+    }
+    QPainterPath outline = stroker.createStroke(path);
+    outline.setFillRule(Qt::WindingFill);
+    pen.GetBrush()->Fill(*m_painter, outline, fillContext());
+}
+
+void Graphics::FillRectangle(const Brush& brush, const QRectF& rect)
+{
+    fill(brush, rectPath(rect));
+}
+
+void Graphics::FillEllipse(const Brush& brush, const QRectF& rect)
+{
+    QPainterPath path;
+    path.addEllipse(rect);
+    fill(brush, path);
+}
+
+void Graphics::FillPath(const Brush& brush, const GraphicsPath& path)
+{
+    fill(brush, path.path());
+}
+
+void Graphics::FillRegion(const Brush& brush, const Region& region)
+{
+    if (!region.IsInfinite()) {
+        fill(brush, region.path());
+        return;
+    }
+    // An infinite region covers the whole device.
+    bool invertible = false;
+    const QTransform toWorld = m_painter->combinedTransform().inverted(&invertible);
+    if (invertible)
+        fill(brush, toWorld.map(rectPath(deviceRect())));
+}
+
+void Graphics::DrawRectangle(const Pen& pen, const QRectF& rect)
+{
+    stroke(pen, rectPath(rect));
+}
+
+void Graphics::DrawEllipse(const Pen& pen, const QRectF& rect)
+{
+    QPainterPath path;
+    path.addEllipse(rect);
+    stroke(pen, path);
+}
+
+void Graphics::DrawLine(const Pen& pen, QPointF from, QPointF to)
+{
+    QPainterPath path(from);
+    path.lineTo(to);
+    stroke(pen, path);
+}
+
+void Graphics::DrawPath(const Pen& pen, const GraphicsPath& path)
+{
+    stroke(pen, path.path());
+}
+
+void Graphics::DrawImage(const Image& image, const QRectF& dest)
+{
+    DrawImage(image, dest, QRectF(0, 0, image.GetWidth(), image.GetHeight()));
+}
+
+void Graphics::DrawImage(const Image& image, QPointF topLeft)
+{
+    DrawImage(image, QRectF(topLeft, QSizeF(image.GetWidth(), image.GetHeight())));
+}
+
+void Graphics::DrawImage(const Image& image, const QRectF& dest, const QRectF& source,
+                         const ImageAttributes* attributes)
+{
+    if (!active() || image.image().isNull() || source.width() <= 0 || source.height() <= 0 || dest.width() == 0
+        || dest.height() == 0)
+        return;
+    QImage pixels = image.image();
+    QRectF from = source;
+    if (attributes && attributes->HasAdjustment()) {
+        // Adjust only the part that is drawn.
+        const QRect part = source.toAlignedRect() & pixels.rect();
+        if (part.isEmpty())
+            return;
+        pixels = attributes->Apply(part == pixels.rect() ? pixels : pixels.copy(part));
+        pixels.convertTo(QImage::Format_ARGB32_Premultiplied);
+        from.translate(-part.topLeft());
+    }
+
+    // Image pixels to world: the source rectangle onto the destination.
+    const double sx = dest.width() / from.width(), sy = dest.height() / from.height();
+    QTransform place(sx, 0, 0, sy, dest.x() - from.x() * sx, dest.y() - from.y() * sy);
+
+    if (prefilters(m_interpolation)) {
+        // Device pixels per image pixel along each image axis.
+        const QTransform total = place * m_painter->combinedTransform();
+        const double fx = std::hypot(total.m11(), total.m12());
+        const double fy = std::hypot(total.m21(), total.m22());
+        if (fx < 0.5 || fy < 0.5) {
+            const QRect part = from.toAlignedRect() & pixels.rect();
+            const QSize size(std::max(1, int(std::lround(part.width() * std::min(fx, 1.0)))),
+                             std::max(1, int(std::lround(part.height() * std::min(fy, 1.0)))));
+            if (!part.isEmpty()) {
+                const double kx = double(size.width()) / part.width(), ky = double(size.height()) / part.height();
+                pixels = reduced(pixels, part, size);
+                // Reduced pixel (u, v) stands for image point (part.x + u / kx, part.y + v / ky).
+                place = QTransform(1 / kx, 0, 0, 1 / ky, part.x(), part.y()) * place;
+                from = QRectF((from.x() - part.x()) * kx, (from.y() - part.y()) * ky, from.width() * kx,
+                              from.height() * ky);
+            }
+        }
+    }
+
+    const QTransform world = m_painter->worldTransform();
+    m_painter->setWorldTransform(place * world);
+    m_painter->drawImage(from, pixels, from);
+    m_painter->setWorldTransform(world);
+}
+
+} // namespace gfx

@@ -1,0 +1,258 @@
+#include "platform/graphics/GraphicsPath.h"
+
+#include <QtMath>
+#include <algorithm>
+#include <cmath>
+
+namespace gfx {
+
+namespace {
+
+// The parametric angle (degrees, as Qt's arcs take it) of the ellipse point that lies on the ray
+// at the geometric angle theta from the centre. Kept continuous with theta so that sweeps keep
+// their length and direction across the axes.
+double parametricAngle(double theta, double a, double b)
+{
+    if (a == b || std::fmod(theta, 90.0) == 0.0)
+        return theta;
+    const double rad = qDegreesToRadians(theta);
+    const double phi = qRadiansToDegrees(std::atan2(a * std::sin(rad), b * std::cos(rad)));
+    return theta + std::remainder(phi - theta, 360.0);
+}
+
+} // namespace
+
+GraphicsPath::GraphicsPath(FillMode mode) : m_fillMode(mode)
+{
+    m_path.setFillRule(mode == FillMode::Winding ? Qt::WindingFill : Qt::OddEvenFill);
+}
+
+void GraphicsPath::SetFillMode(FillMode mode)
+{
+    m_fillMode = mode;
+    m_path.setFillRule(mode == FillMode::Winding ? Qt::WindingFill : Qt::OddEvenFill);
+}
+
+// Continues the open figure with a line to the point, or starts a new figure there.
+void GraphicsPath::beginAt(QPointF point)
+{
+    if (m_figureOpen && !m_points.empty()) {
+        if (point != m_points.back())
+            lineTo(point);
+    } else {
+        startFigureAt(point);
+    }
+}
+
+void GraphicsPath::startFigureAt(QPointF point)
+{
+    m_path.moveTo(point);
+    m_points.push_back(point);
+    m_types.push_back(Start);
+    m_figureOpen = true;
+}
+
+void GraphicsPath::lineTo(QPointF point)
+{
+    m_path.lineTo(point);
+    m_points.push_back(point);
+    m_types.push_back(Line);
+}
+
+void GraphicsPath::cubicTo(QPointF c1, QPointF c2, QPointF end)
+{
+    m_path.cubicTo(c1, c2, end);
+    m_points.insert(m_points.end(), {c1, c2, end});
+    m_types.insert(m_types.end(), {Bezier, Bezier, Bezier});
+}
+
+void GraphicsPath::AddArc(const QRectF& rect, float startAngle, float sweepAngle)
+{
+    if (!(rect.width() > 0) || !(rect.height() > 0))
+        return;
+    const double sweep = std::clamp(double(sweepAngle), -360.0, 360.0);
+    const double a = rect.width() / 2, b = rect.height() / 2;
+    const QPointF centre = rect.center();
+    const double from = qDegreesToRadians(parametricAngle(startAngle, a, b));
+    const double to = qDegreesToRadians(parametricAngle(startAngle + sweep, a, b));
+    // The ellipse point at a parametric angle, and its derivative.
+    const auto at = [&](double phi) { return centre + QPointF(a * std::cos(phi), b * std::sin(phi)); };
+    const auto tangent = [&](double phi) { return QPointF(-a * std::sin(phi), b * std::cos(phi)); };
+    // Quarter turns at most per Bezier, with the usual 4/3 tan(angle/4) handles; the end
+    // points are exactly on the ellipse.
+    const int pieces = std::max(1, int(std::ceil(std::abs(to - from) / (M_PI / 2) - 1e-9)));
+    const double step = (to - from) / pieces;
+    const double k = 4.0 / 3.0 * std::tan(step / 4);
+    beginAt(at(from));
+    for (int i = 0; i < pieces; ++i) {
+        const double p0 = from + i * step;
+        const double p1 = i + 1 == pieces ? to : p0 + step;
+        cubicTo(at(p0) + k * tangent(p0), at(p1) - k * tangent(p1), at(p1));
+    }
+}
+
+void GraphicsPath::AddLine(QPointF from, QPointF to)
+{
+    beginAt(from);
+    lineTo(to);
+}
+
+void GraphicsPath::AddLines(const QPointF* points, int count)
+{
+    if (count < 1)
+        return;
+    beginAt(points[0]);
+    for (int i = 1; i < count; ++i)
+        lineTo(points[i]);
+}
+
+void GraphicsPath::AddBezier(QPointF p1, QPointF c1, QPointF c2, QPointF p2)
+{
+    beginAt(p1);
+    cubicTo(c1, c2, p2);
+}
+
+void GraphicsPath::AddRectangle(const QRectF& rect)
+{
+    if (rect.width() == 0 || rect.height() == 0)
+        return;
+    startFigureAt(rect.topLeft());
+    lineTo(rect.topRight());
+    lineTo(rect.bottomRight());
+    lineTo(rect.bottomLeft());
+    CloseFigure();
+}
+
+void GraphicsPath::AddEllipse(const QRectF& rect)
+{
+    // Qt's ellipse has GDI+'s layout: four quarter Beziers from 0 degrees toward +y.
+    QPainterPath ellipse;
+    ellipse.addEllipse(rect);
+    if (ellipse.elementCount() != 13)
+        return;
+    startFigureAt(ellipse.elementAt(0));
+    for (int i = 1; i + 2 < 13; i += 3)
+        cubicTo(ellipse.elementAt(i), ellipse.elementAt(i + 1), ellipse.elementAt(i + 2));
+    CloseFigure();
+}
+
+void GraphicsPath::AddPolygon(const QPointF* points, int count)
+{
+    if (count < 2)
+        return;
+    startFigureAt(points[0]);
+    for (int i = 1; i < count; ++i)
+        lineTo(points[i]);
+    CloseFigure();
+}
+
+void GraphicsPath::addCardinal(const QPointF* points, int count, float tension, bool closed)
+{
+    if (count < 2)
+        return;
+    const auto at = [&](int i) {
+        if (closed)
+            return points[((i % count) + count) % count];
+        return points[std::clamp(i, 0, count - 1)];
+    };
+    const double k = tension / 3.0;
+    if (closed)
+        startFigureAt(points[0]);
+    else
+        beginAt(points[0]);
+    const int segments = closed ? count : count - 1;
+    for (int i = 0; i < segments; ++i) {
+        const QPointF p0 = at(i - 1), p1 = at(i), p2 = at(i + 1), p3 = at(i + 2);
+        cubicTo(p1 + k * (p2 - p0), p2 - k * (p3 - p1), p2);
+    }
+    if (closed)
+        CloseFigure();
+}
+
+void GraphicsPath::AddCurve(const QPointF* points, int count, float tension)
+{
+    addCardinal(points, count, tension, false);
+}
+
+void GraphicsPath::AddClosedCurve(const QPointF* points, int count, float tension)
+{
+    addCardinal(points, count, tension, true);
+}
+
+void GraphicsPath::AddPath(const GraphicsPath& other, bool connect)
+{
+    if (&other == this) {
+        const GraphicsPath copy(other);
+        AddPath(copy, connect);
+        return;
+    }
+    const std::size_t n = other.m_points.size();
+    for (std::size_t i = 0; i < n; ++i) {
+        const std::uint8_t type = other.m_types[i];
+        const QPointF p = other.m_points[i];
+        switch (type & 0x7) {
+        case Start:
+            if (i == 0 && connect)
+                beginAt(p);
+            else
+                startFigureAt(p);
+            break;
+        case Bezier:
+            if (i + 2 < n) {
+                cubicTo(p, other.m_points[i + 1], other.m_points[i + 2]);
+                i += 2;
+            }
+            break;
+        default:
+            lineTo(p);
+            break;
+        }
+        if (other.m_types[i] & CloseFlag)
+            CloseFigure();
+    }
+    if (!other.m_figureOpen)
+        m_figureOpen = false;
+}
+
+void GraphicsPath::StartFigure()
+{
+    m_figureOpen = false;
+}
+
+void GraphicsPath::CloseFigure()
+{
+    if (!m_figureOpen || m_types.empty())
+        return;
+    m_path.closeSubpath();
+    m_types.back() |= CloseFlag;
+    m_figureOpen = false;
+}
+
+void GraphicsPath::Reset()
+{
+    m_path = QPainterPath();
+    m_points.clear();
+    m_types.clear();
+    m_figureOpen = false;
+    SetFillMode(FillMode::Alternate);
+}
+
+void GraphicsPath::Transform(const Matrix& matrix)
+{
+    if (matrix.IsIdentity())
+        return;
+    m_path = matrix.transform().map(m_path);
+    matrix.TransformPoints(m_points.data(), int(m_points.size()));
+}
+
+QRectF GraphicsPath::GetBounds() const
+{
+    return m_path.boundingRect();
+}
+
+bool GraphicsPath::IsVisible(QPointF point) const
+{
+    return m_path.contains(point);
+}
+
+} // namespace gfx

@@ -1,0 +1,392 @@
+#include "GraphicsTestSupport.h"
+
+#include "TestSupport.h"
+#include "platform/graphics/DeviceContext.h"
+#include "platform/graphics/HatchBrush.h"
+#include "platform/graphics/SolidBrush.h"
+
+#include <gtest/gtest.h>
+
+using namespace gfx;
+
+namespace {
+
+const Color Black(255, 0, 0, 0);
+const Color Red(255, 255, 0, 0);
+const QColor White(Qt::white);
+
+// The device rectangle of the pixels in the colour.
+QRect paintedRect(const Bitmap& bitmap, QColor color)
+{
+    QRect r;
+    for (int y = 0; y < bitmap.image().height(); ++y)
+        for (int x = 0; x < bitmap.image().width(); ++x)
+            if (pixelAt(bitmap, x, y) == color)
+                r |= QRect(x, y, 1, 1);
+    return r;
+}
+
+} // namespace
+
+TEST(Matrix, PrependActsFirstAndAppendLast)
+{
+    Matrix m;
+    m.Scale(2, 3);
+    m.Translate(10, 0); // prepended: translate, then scale
+    EXPECT_EQ(m.Map(QPointF(1, 1)), QPointF(22, 3));
+
+    Matrix n;
+    n.Scale(2, 3);
+    n.Translate(10, 0, MatrixOrder::Append); // scale, then translate
+    EXPECT_EQ(n.Map(QPointF(1, 1)), QPointF(12, 3));
+
+    // A positive angle turns +x toward +y.
+    Matrix r;
+    r.Rotate(90);
+    const QPointF p = r.Map(QPointF(1, 0));
+    EXPECT_NEAR(p.x(), 0, 1e-9);
+    EXPECT_NEAR(p.y(), 1, 1e-9);
+
+    Matrix singular(1, 2, 2, 4, 5, 6);
+    EXPECT_FALSE(singular.Invert());
+    EXPECT_EQ(singular, Matrix(1, 2, 2, 4, 5, 6));
+    Matrix invertible(2, 0, 0, 4, 6, 8);
+    ASSERT_TRUE(invertible.Invert());
+    EXPECT_EQ(invertible.Map(QPointF(8, 12)), QPointF(1, 1));
+}
+
+TEST(GraphicsTransform, WorldTransformsPrependByDefault)
+{
+    Bitmap canvas = makeCanvas(40, 40);
+    Graphics g(canvas);
+    g.TranslateTransform(20, 20);
+    g.ScaleTransform(2, 2); // acts first: a unit is 2 pixels, then moved to (20, 20)
+    g.FillRectangle(SolidBrush(Black), QRectF(0, 0, 5, 5));
+    EXPECT_EQ(paintedRect(canvas, Qt::black), QRect(20, 20, 10, 10));
+
+    g.ResetTransform();
+    g.ScaleTransform(2, 2);
+    g.TranslateTransform(1, 1, MatrixOrder::Append); // scaled, then moved one pixel
+    g.FillRectangle(SolidBrush(Red), QRectF(0, 0, 3, 3));
+    EXPECT_EQ(paintedRect(canvas, Qt::red), QRect(1, 1, 6, 6));
+    EXPECT_EQ(g.GetTransform(), Matrix(2, 0, 0, 2, 1, 1));
+}
+
+TEST(GraphicsTransform, DeviceMappingActsAfterTheWorldTransform)
+{
+    QImage image(100, 100, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    DeviceContext dc(painter, 96, 96, false);
+    // Logical units of half a pixel, y up, logical (0, 0) at device (50, 50).
+    dc.SetWindowExt(200, -200);
+    dc.SetViewportExt(100, 100);
+    dc.SetViewportOrg(50, 50);
+    {
+        Graphics g(dc);
+        g.TranslateTransform(20, 0); // in logical units: 10 device pixels right
+        g.FillRectangle(SolidBrush(Black), QRectF(0, 0, 20, 40)); // up from the origin
+        QPointF p(0, 0);
+        g.TransformPoints(CoordinateSpace::Device, CoordinateSpace::World, &p, 1);
+        EXPECT_EQ(p, QPointF(60, 50));
+        g.TransformPoints(CoordinateSpace::World, CoordinateSpace::Device, &p, 1);
+        EXPECT_EQ(p, QPointF(0, 0));
+    }
+    painter.end();
+    gfx::Bitmap result(image);
+    EXPECT_EQ(paintedRect(result, Qt::black), QRect(60, 30, 10, 20));
+}
+
+TEST(GraphicsTransform, GraphicsOnADeviceLeavesThePainterAsItFoundIt)
+{
+    QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&image);
+    DeviceContext dc(painter, 300, 300, true);
+    {
+        Graphics g(dc);
+        g.TranslateTransform(5, 5);
+        g.SetClip(QRectF(0, 0, 2, 2));
+        g.SetSmoothingMode(SmoothingMode::AntiAlias);
+    }
+    EXPECT_TRUE(painter.worldTransform().isIdentity());
+    EXPECT_FALSE(painter.hasClipping());
+    EXPECT_FALSE(painter.testRenderHint(QPainter::Antialiasing));
+}
+
+TEST(GraphicsTransform, AClipThePainterCameWithStaysInForce)
+{
+    QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setClipRect(QRect(0, 0, 10, 20));
+    DeviceContext dc(painter, 96, 96, false);
+    {
+        Graphics g(dc);
+        EXPECT_TRUE(g.GetClip().IsInfinite());
+        g.FillRectangle(SolidBrush(Black), QRectF(0, 0, 20, 20));
+        g.SetClip(QRectF(5, 0, 10, 10));
+        g.FillRectangle(SolidBrush(Red), QRectF(0, 0, 20, 20));
+    }
+    EXPECT_TRUE(painter.hasClipping());
+    painter.end();
+    const Bitmap result(image);
+    EXPECT_EQ(paintedRect(result, Qt::red), QRect(5, 0, 5, 10));
+    EXPECT_EQ(countPixels(result.image(), Qt::white), 200);
+}
+
+TEST(DeviceContext, MappingRoundsHalvesAwayFromZeroBothWays)
+{
+    QImage image(1, 1, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&image);
+    DeviceContext dc(painter, 96, 120, false);
+    EXPECT_EQ(dc.GetDeviceCaps(LOGPIXELSX), 96);
+    EXPECT_EQ(dc.GetDeviceCaps(LOGPIXELSY), 120);
+    EXPECT_TRUE(dc.Mapping().isIdentity());
+
+    // The screen's mapping: window extent (Lcx, -Lcy), origin at the middle of the label.
+    dc.SetWindowExt(4, -4);
+    dc.SetWindowOrg(-2, 2);
+    dc.SetViewportExt(10, 10);
+    dc.SetViewportOrg(-3, 0);
+    EXPECT_EQ(dc.LPtoDP(CPoint(0, 0)), CPoint(2, 5)); // (0+2)*2.5-3, (0-2)*-2.5
+    EXPECT_EQ(dc.LPtoDP(CPoint(1, 1)), CPoint(5, 3)); // 4.5 -> 5, 2.5 -> 3
+    EXPECT_EQ(dc.LPtoDP(CPoint(-1, 3)), CPoint(-1, -3)); // -0.5 -> -1, -2.5 -> -3
+    EXPECT_EQ(dc.LPtoDP(CPoint(3, 0)), CPoint(10, 5)); // 9.5 -> 10
+    const QPointF mapped = dc.Mapping().map(QPointF(1, 1));
+    EXPECT_DOUBLE_EQ(mapped.x(), 4.5);
+    EXPECT_DOUBLE_EQ(mapped.y(), 2.5);
+
+    // Device to logical undoes it (one device pixel is 0.4 units here).
+    EXPECT_EQ(dc.DPtoLP(CPoint(2, 5)), CPoint(0, 0));
+    EXPECT_EQ(dc.DPtoLP(CPoint(-4, 0)), CPoint(-2, 2)); // -0.4 - 2 -> -2; 2
+    EXPECT_EQ(dc.DPtoLP(CPoint(0, 1)), CPoint(-1, 2)); // 3*0.4-2 = -0.8 -> -1; -0.4+2 = 1.6 -> 2
+
+    dc.OffsetWindowOrg(2, 0);
+    EXPECT_EQ(dc.GetWindowOrg(), CPoint(0, 2));
+    EXPECT_EQ(dc.LPtoDP(CPoint(0, 0)), CPoint(-3, 5));
+}
+
+TEST(GraphicsClip, IntersectReplaceAndRestore)
+{
+    Bitmap canvas = makeCanvas(40, 40);
+    Graphics g(canvas);
+    EXPECT_TRUE(g.GetClip().IsInfinite());
+
+    g.SetClip(QRectF(0, 0, 20, 20));
+    const GraphicsState outer = g.Save();
+    g.SetClip(QRectF(10, 10, 20, 20), CombineMode::Intersect);
+    g.FillRectangle(SolidBrush(Black), QRectF(0, 0, 40, 40));
+    EXPECT_EQ(paintedRect(canvas, Qt::black), QRect(10, 10, 10, 10));
+
+    g.Restore(outer);
+    g.FillRectangle(SolidBrush(Red), QRectF(0, 0, 40, 40));
+    EXPECT_EQ(paintedRect(canvas, Qt::red), QRect(0, 0, 20, 20));
+    EXPECT_EQ(pixelAt(canvas, 30, 30), White);
+
+    g.ResetClip();
+    EXPECT_TRUE(g.GetClip().IsInfinite());
+}
+
+TEST(GraphicsClip, ClipIsKeptOnTheDeviceAndReportedInWorldCoordinates)
+{
+    Bitmap canvas = makeCanvas(40, 40);
+    Graphics g(canvas);
+    g.SetTransform(Matrix(1, 0, 0, -1, 0, 40)); // y up
+    g.SetClip(QRectF(0, 0, 10, 10)); // device rows 30..39
+    EXPECT_EQ(g.GetClip().GetBounds(), QRectF(0, 0, 10, 10));
+
+    // Moving the world afterwards does not move the clip on the device.
+    g.TranslateTransform(5, 0);
+    EXPECT_EQ(g.GetClip().GetBounds(), QRectF(-5, 0, 10, 10));
+    g.FillRectangle(SolidBrush(Black), QRectF(-20, -20, 80, 80));
+    EXPECT_EQ(paintedRect(canvas, Qt::black), QRect(0, 30, 10, 10));
+
+    // A clip taken back and set again is the same clip.
+    const Region saved = g.GetClip();
+    g.ResetClip();
+    g.SetClip(saved);
+    g.FillRectangle(SolidBrush(Red), QRectF(-20, -20, 80, 80));
+    EXPECT_EQ(paintedRect(canvas, Qt::red), QRect(0, 30, 10, 10));
+}
+
+TEST(GraphicsClip, ExcludeAndDisjointIntersection)
+{
+    Bitmap canvas = makeCanvas(30, 30);
+    Graphics g(canvas);
+    g.SetClip(QRectF(10, 10, 10, 10), CombineMode::Exclude); // everything but the middle
+    g.FillRectangle(SolidBrush(Black), QRectF(0, 0, 30, 30));
+    EXPECT_EQ(countPixels(canvas.image(), Qt::white), 100);
+    EXPECT_EQ(pixelAt(canvas, 15, 15), White);
+
+    g.SetClip(QRectF(0, 0, 5, 5));
+    g.SetClip(QRectF(20, 20, 5, 5), CombineMode::Intersect); // nothing is left
+    EXPECT_TRUE(g.GetClip().IsEmpty());
+    g.FillRectangle(SolidBrush(Red), QRectF(0, 0, 30, 30));
+    EXPECT_EQ(countPixels(canvas.image(), Qt::red), 0);
+}
+
+TEST(GraphicsState, RestorePopsTheTokenAndEverySaveAfterIt)
+{
+    Bitmap canvas = makeCanvas(10, 10);
+    Graphics g(canvas);
+    const GraphicsState first = g.Save();
+    g.TranslateTransform(1, 0);
+    g.SetRenderingOrigin(3, 4);
+    const GraphicsState second = g.Save();
+    g.TranslateTransform(1, 0);
+    g.SetSmoothingMode(SmoothingMode::AntiAlias);
+    g.Save();
+    g.Restore(first);
+    EXPECT_TRUE(g.GetTransform().IsIdentity());
+    EXPECT_EQ(g.GetRenderingOrigin(), QPoint(0, 0));
+    EXPECT_EQ(g.GetSmoothingMode(), SmoothingMode::None);
+    EXPECT_FALSE(g.painter().testRenderHint(QPainter::Antialiasing));
+    // The later token went with it.
+    g.TranslateTransform(7, 0);
+    g.Restore(second);
+    EXPECT_EQ(g.GetTransform(), Matrix(1, 0, 0, 1, 7, 0));
+}
+
+TEST(GraphicsFill, ClearReplacesAlphaAndFillsCoverWhatTheyShould)
+{
+    Bitmap canvas(10, 10);
+    EXPECT_EQ(countPixels(canvas.image(), QColor(0, 0, 0, 0)), 100);
+    Graphics g(canvas);
+    g.Clear(Color(128, 255, 0, 0));
+    EXPECT_EQ(countPixels(canvas.image(), QColor(255, 0, 0, 128), 1), 100);
+    g.Clear(Color(0, 0, 0, 0));
+    EXPECT_EQ(countPixels(canvas.image(), QColor(0, 0, 0, 0)), 100);
+
+    g.FillEllipse(SolidBrush(Black), QRectF(0, 0, 10, 10));
+    EXPECT_EQ(pixelAt(canvas, 5, 5), QColor(Qt::black));
+    EXPECT_EQ(pixelAt(canvas, 0, 0).alpha(), 0);
+
+    Region all;
+    g.FillRegion(SolidBrush(Red), all);
+    EXPECT_EQ(countPixels(canvas.image(), Qt::red), 100);
+}
+
+TEST(GraphicsPen, ThinPensStillCoverOneDevicePixel)
+{
+    // At a third of a pixel per unit, a pen one unit wide would be a faint grey in plain Qt.
+    Bitmap canvas = makeCanvas(30, 30);
+    Graphics g(canvas);
+    g.SetSmoothingMode(SmoothingMode::AntiAlias);
+    g.ScaleTransform(1.0f / 3, 1.0f / 3);
+    g.DrawLine(Pen(Black, 1), QPointF(0, 31.5), QPointF(90, 31.5)); // device y 10.5
+    EXPECT_EQ(pixelAt(canvas, 15, 10), QColor(Qt::black));
+    EXPECT_EQ(pixelAt(canvas, 15, 12), White);
+
+    g.ResetTransform();
+    g.DrawLine(Pen(Black, 0), QPointF(0, 20.5), QPointF(30, 20.5)); // width 0 draws as 1
+    EXPECT_EQ(pixelAt(canvas, 15, 20), QColor(Qt::black));
+}
+
+TEST(GraphicsPen, FlatEndsAndMiteredCorners)
+{
+    Bitmap canvas = makeCanvas(40, 40);
+    Graphics g(canvas);
+    g.DrawLine(Pen(Black, 6), QPointF(10, 10), QPointF(30, 10));
+    EXPECT_EQ(paintedRect(canvas, Qt::black), QRect(10, 7, 20, 6)); // no square caps
+
+    Bitmap box = makeCanvas(40, 40);
+    Graphics b(box);
+    b.DrawRectangle(Pen(Black, 4), QRectF(10, 10, 20, 20));
+    // The outer corners are sharp, not bevelled.
+    EXPECT_EQ(paintedRect(box, Qt::black), QRect(8, 8, 24, 24));
+    EXPECT_EQ(pixelAt(box, 8, 8), QColor(Qt::black));
+    EXPECT_EQ(pixelAt(box, 31, 31), QColor(Qt::black));
+    EXPECT_EQ(pixelAt(box, 20, 20), White);
+}
+
+TEST(GraphicsPen, DashesAreMeasuredInPenWidths)
+{
+    Bitmap canvas = makeCanvas(64, 8);
+    Graphics g(canvas);
+    Pen pen(Black, 2);
+    pen.SetDashStyle(DashStyle::Dash); // 3 widths on, 1 off: 6 px on, 2 px off
+    g.DrawLine(pen, QPointF(0, 4), QPointF(64, 4));
+    QString row;
+    for (int x = 0; x < 16; ++x)
+        row += pixelAt(canvas, x, 4) == QColor(Qt::black) ? '#' : '.';
+    EXPECT_EQ(row, "######..######..");
+}
+
+TEST(GraphicsPen, PenWithAHatchBrushDrawsThePatternAlignedToTheDevice)
+{
+    Bitmap canvas = makeCanvas(32, 32);
+    Graphics g(canvas);
+    g.SetTransform(Matrix(1, 0, 0, -1, 0, 32));
+    g.SetRenderingOrigin(0, 0);
+    const HatchBrush hatch(27, Black, Color(255, 255, 255, 255)); // black on even device rows
+    const Pen pen(hatch, 8);
+    Pen copy = pen;
+    EXPECT_NE(copy.GetBrush(), pen.GetBrush());
+    g.DrawLine(copy, QPointF(16, 0), QPointF(16, 32)); // device columns 12..19
+    for (int y = 0; y < 32; ++y) {
+        EXPECT_EQ(pixelAt(canvas, 14, y), y % 2 == 0 ? QColor(Qt::black) : White) << y;
+    }
+    EXPECT_EQ(countPixels(canvas.image(), Qt::black), 8 * 16);
+}
+
+TEST(GraphicsImage, DrawImageStretchesTheSourceRectangle)
+{
+    QImage source(4, 2, QImage::Format_ARGB32);
+    source.fill(Qt::blue);
+    source.setPixel(0, 0, qRgb(255, 0, 0));
+    const Image image(source);
+    Bitmap canvas = makeCanvas(20, 20);
+    Graphics g(canvas);
+    g.SetInterpolationMode(InterpolationMode::NearestNeighbor);
+    g.DrawImage(image, QRectF(0, 0, 8, 4));
+    EXPECT_EQ(paintedRect(canvas, Qt::red), QRect(0, 0, 2, 2));
+    EXPECT_EQ(paintedRect(canvas, Qt::blue) | QRect(0, 0, 2, 2), QRect(0, 0, 8, 4));
+
+    // Just the red pixel, blown up; then one pixel per unit at a point, under a y flip.
+    g.DrawImage(image, QRectF(10, 10, 5, 5), QRectF(0, 0, 1, 1));
+    EXPECT_EQ(paintedRect(canvas, Qt::red), QRect(0, 0, 15, 15));
+    EXPECT_EQ(countPixels(canvas.image(), Qt::red), 4 + 25);
+    g.SetTransform(Matrix(1, 0, 0, -1, 0, 20));
+    g.DrawImage(image, QPointF(16, 0)); // y up: the first row is the lower one
+    EXPECT_EQ(pixelAt(canvas, 16, 19), QColor(Qt::red));
+    EXPECT_EQ(pixelAt(canvas, 16, 18), QColor(Qt::blue));
+    EXPECT_EQ(pixelAt(canvas, 16, 17), White);
+}
+
+TEST(GraphicsImage, StrongReductionsAreAveraged)
+{
+    // Fine stripes one pixel wide, shrunk eightfold: a plain bilinear sample would give black or
+    // white depending on the phase, an average gives grey.
+    QImage stripes(256, 256, QImage::Format_RGB32);
+    for (int x = 0; x < 256; ++x)
+        for (int y = 0; y < 256; ++y)
+            stripes.setPixel(x, y, x % 2 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
+    Bitmap canvas = makeCanvas(32, 32);
+    Graphics g(canvas);
+    g.SetInterpolationMode(InterpolationMode::HighQualityBicubic);
+    g.DrawImage(Image(stripes), QRectF(0, 0, 32, 32));
+    EXPECT_EQ(countPixels(canvas.image(), QColor(128, 128, 128), 8), 32 * 32);
+}
+
+TEST(GraphicsImage, AttributesAdjustTheDrawnCopyOnly)
+{
+    QImage source(2, 1, QImage::Format_ARGB32);
+    source.setPixel(0, 0, qRgb(255, 0, 0));
+    source.setPixel(1, 0, qRgb(0, 0, 255));
+    const Image image(source);
+    ColorMatrix grey{};
+    for (int i = 0; i < 3; ++i) {
+        grey.m[0][i] = 0.3086f;
+        grey.m[1][i] = 0.6094f;
+        grey.m[2][i] = 0.0820f;
+    }
+    grey.m[3][3] = grey.m[4][4] = 1;
+    ImageAttributes attributes;
+    attributes.SetColorMatrix(grey);
+    Bitmap canvas = makeCanvas(2, 1);
+    Graphics g(canvas);
+    g.DrawImage(image, QRectF(0, 0, 1, 1), QRectF(0, 0, 1, 1), &attributes);
+    EXPECT_EQ(pixelAt(canvas, 0, 0), QColor(79, 79, 79)); // 255 * 0.3086
+    EXPECT_EQ(pixelAt(canvas, 1, 0), White);
+    EXPECT_EQ(image.image().pixel(0, 0), qRgb(255, 0, 0));
+}
