@@ -1,0 +1,655 @@
+#include "document/CDrawDoc.h"
+
+#include "document/CView.h"
+#include "objects/CDrawObj.h"
+#include "platform/NumberText.h"
+#include "platform/Profile.h"
+#include "platform/RenderQuality.h"
+#include "platform/graphics/DeviceContext.h"
+#include "platform/graphics/Graphics.h"
+#include "platform/graphics/HatchBrush.h"
+#include "platform/graphics/ImageAttributes.h"
+#include "platform/graphics/SolidBrush.h"
+#include "platform/graphics/TextureBrush.h"
+#include "templates/CTemplateFile.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
+namespace {
+
+const QString SettingsSection = QStringLiteral("Settings");
+const gfx::Color White(255, 255, 255, 255);
+const gfx::Color MaskColor(192, 128, 128, 128);
+
+// Truncates towards zero as a C cast does, but keeps values from a hand-edited profile or a
+// damaged template inside the range of int instead of overflowing.
+int truncated(double value)
+{
+    if (std::isnan(value))
+        return 0;
+    if (value >= double(INT_MAX))
+        return INT_MAX;
+    if (value <= double(INT_MIN))
+        return INT_MIN;
+    return int(value);
+}
+
+QRectF labelRect(CSize size, int cx, int cy, double bleed)
+{
+    return QRectF(-(size.cx / 2) - cx * bleed, -(size.cy / 2) - cy * bleed, size.cx + 2 * bleed * cx,
+                  size.cy + 2 * bleed * cy);
+}
+
+} // namespace
+
+CDrawDoc::CDrawDoc() = default;
+
+CDrawDoc::~CDrawDoc()
+{
+    ClearLabels();
+}
+
+// ---------------------------------------------------------------- templates
+
+int CDrawDoc::GetTemplateCount() const
+{
+    return m_pTemplates ? int(m_pTemplates->size()) : 0;
+}
+
+int CDrawDoc::GetTemplate()
+{
+    // The upper bound is inclusive on purpose: an index equal to the count stands as it is.
+    if (m_nTemplate >= 0 && m_nTemplate <= GetTemplateCount())
+        return m_nTemplate;
+    m_nTemplate = Profile::GetInt(PrinterSection(), QStringLiteral("Template"), 0);
+    if (m_nTemplate >= GetTemplateCount()) {
+        SetTemplate(0);
+        return 0;
+    }
+    return m_nTemplate;
+}
+
+void CDrawDoc::SetTemplate(int index)
+{
+    m_nTemplate = index;
+    Profile::WriteInt(PrinterSection(), QStringLiteral("Template"), index);
+}
+
+const CTemplateFile* CDrawDoc::GetTemplateFile(int index)
+{
+    if (index == -1)
+        index = GetTemplate();
+    if (index < 0 || index >= GetTemplateCount())
+        return nullptr;
+    return &(*m_pTemplates)[size_t(index)];
+}
+
+int CDrawDoc::GetObjectCount()
+{
+    const CTemplateFile* file = GetTemplateFile();
+    return file ? int(file->Objects.size()) : 0;
+}
+
+const CTemplateObject* CDrawDoc::GetObject(int index)
+{
+    const CTemplateFile* file = GetTemplateFile();
+    if (!file || index < 0 || index >= int(file->Objects.size()))
+        return nullptr;
+    return &file->Objects[index];
+}
+
+bool CDrawDoc::IsPrinterTemplate()
+{
+    const CTemplateFile* file = GetTemplateFile();
+    return file && file->IsPrinter == 1;
+}
+
+int CDrawDoc::FindLabelObject(int label)
+{
+    if (label == -1)
+        label = m_nCurLabel;
+    for (int i = 0; i < GetObjectCount(); ++i) {
+        if (GetObject(i)->LabelNumber - 1 == label)
+            return i;
+    }
+    return 0;
+}
+
+int CDrawDoc::FindClosestObject()
+{
+    const double outer = GetOuterDia();
+    const double inner = GetInnerDia();
+    const double edge = GetBusDia();
+    const bool cut = outer > edge;
+    double innerLimit = 4.73, outerLimit = 4.73, edgeLimit = 4.73;
+    int closest = 0;
+    for (int i = 0; i < GetObjectCount(); ++i) {
+        const CTemplateObject* object = GetObject(i);
+        if ((object->OuterDia > object->EdgeDia) != cut)
+            continue;
+        const double innerDiff = std::abs(object->InnerDia - inner);
+        const double outerDiff = std::abs(object->OuterDia - outer);
+        const double edgeDiff = std::abs(object->EdgeDia - edge);
+        // Not above the limits, so on a tie the later object wins.
+        if (innerDiff <= innerLimit && outerDiff <= outerLimit && edgeDiff <= edgeLimit) {
+            innerLimit = innerDiff;
+            outerLimit = outerDiff;
+            edgeLimit = edgeDiff;
+            closest = i;
+        }
+    }
+    return closest;
+}
+
+// ---------------------------------------------------------------- sizes
+
+CSize CDrawDoc::GetLogicalSize(int cx, int cy, int objectIndex)
+{
+    double width = GetOuterDia();
+    double height = width;
+    if (!IsPrinterTemplate()) {
+        if (const CTemplateObject* object = GetObject(objectIndex)) {
+            width = object->OuterDia;
+            height = object->IsRect ? object->InnerDia : object->OuterDia;
+        }
+    }
+    return CSize(truncated(cx * width), truncated(cy * height));
+}
+
+CSize CDrawDoc::GetPaperSize(int cx, int cy)
+{
+    const CTemplateFile* file = GetTemplateFile();
+    if (!file)
+        return GetLogicalSize(cx, cy, 0);
+    return CSize(truncated(cx * file->PaperWidth), truncated(cy * file->PaperHeight));
+}
+
+double CDrawDoc::GetDiameter(double& stored, const char* key, int fallback, double CTemplateObject::*field)
+{
+    if (stored >= 0.0)
+        return stored;
+    int thousandths = fallback;
+    if (const CTemplateObject* first = GetObject(0))
+        thousandths = truncated(first->*field * 1000);
+    stored = Profile::GetInt(PrinterSection(), QLatin1String(key), thousandths) / 1000.0;
+    return stored;
+}
+
+double CDrawDoc::GetOuterDia()
+{
+    return GetDiameter(m_fOuterDia, "OuterDia", 4700, &CTemplateObject::OuterDia);
+}
+
+double CDrawDoc::GetInnerDia()
+{
+    return GetDiameter(m_fInnerDia, "InnerDia", 1450, &CTemplateObject::InnerDia);
+}
+
+double CDrawDoc::GetBusDia()
+{
+    return GetDiameter(m_fBusDia, "BusDia", 4720, &CTemplateObject::EdgeDia);
+}
+
+void CDrawDoc::SetDiameter(double& stored, const char* key, double value, bool save)
+{
+    stored = value;
+    if (save)
+        Profile::WriteInt(PrinterSection(), QLatin1String(key), truncated(value * 1000));
+    UpdateAllViews(nullptr);
+    SetModifiedFlag();
+}
+
+void CDrawDoc::SetOuterDia(double value, bool save)
+{
+    SetDiameter(m_fOuterDia, "OuterDia", value, save);
+}
+
+void CDrawDoc::SetInnerDia(double value, bool save)
+{
+    SetDiameter(m_fInnerDia, "InnerDia", value, save);
+}
+
+void CDrawDoc::SetBusDia(double value, bool save)
+{
+    SetDiameter(m_fBusDia, "BusDia", value, save);
+}
+
+double CDrawDoc::GetTemplateBleed()
+{
+    return Profile::GetInt(PrinterSection(), QStringLiteral("TemplateBleed"), 130) / 1000.0;
+}
+
+void CDrawDoc::SetTemplateBleed(double value)
+{
+    Profile::WriteInt(PrinterSection(), QStringLiteral("TemplateBleed"), truncated(value * 1000));
+}
+
+void CDrawDoc::SetCurLabel(int label)
+{
+    if (label >= 0 && label < LabelCount)
+        m_nCurLabel = label;
+}
+
+// ---------------------------------------------------------------- objects
+
+CDrawObj* CDrawDoc::Add(std::unique_ptr<CDrawObj> object)
+{
+    CDrawObj* added = object.get();
+    added->m_pDocument = this;
+    GetObjects().AddTail(std::move(object));
+    return added;
+}
+
+std::unique_ptr<CDrawObj> CDrawDoc::Remove(CDrawObj* object)
+{
+    std::unique_ptr<CDrawObj> taken = GetObjects().Take(object);
+    for (CView* view : Views())
+        view->Remove(object);
+    return taken;
+}
+
+CDrawObj* CDrawDoc::ObjectAt(CPoint point)
+{
+    const CRect probe(point.x, point.y, point.x + 1, point.y + 1);
+    const CDrawObjList& list = GetObjects();
+    for (auto it = list.rbegin(); it != list.rend(); ++it) {
+        if ((*it)->Intersects(probe))
+            return it->get();
+    }
+    return nullptr;
+}
+
+CDrawObj* CDrawDoc::ObjectAfter(const CDrawObj* object)
+{
+    const CDrawObjList& list = GetObjects();
+    const int index = list.Find(object);
+    return index >= 0 && index + 1 < list.GetCount() ? list.GetAt(index + 1) : nullptr;
+}
+
+int CDrawDoc::IndexOf(const CDrawObjList& list, const CDrawObj* object)
+{
+    return list.Find(object) + 1;
+}
+
+CDrawObjList& CDrawDoc::GetObjects(int label)
+{
+    return m_Objects[size_t(label == -1 ? m_nCurLabel : label)];
+}
+
+CView* CDrawDoc::GetView() const
+{
+    return Views().empty() ? nullptr : Views().front();
+}
+
+// ---------------------------------------------------------------- backgrounds
+
+const LabelBackground& CDrawDoc::GetBackground(int label) const
+{
+    return m_Background[size_t(label == -1 ? m_nCurLabel : label)];
+}
+
+void CDrawDoc::GetBackgroundAdjust(int& x, int& y, double& scale, int label) const
+{
+    const LabelBackground& background = GetBackground(label);
+    x = background.OffsetX;
+    y = background.OffsetY;
+    scale = background.Scale;
+}
+
+void CDrawDoc::BackgroundChanged()
+{
+    UpdateAllViews(nullptr);
+    SetModifiedFlag();
+}
+
+void CDrawDoc::SetBackColor(gfx::COLORREF color)
+{
+    m_Background[size_t(m_nCurLabel)].BackColor = color;
+    BackgroundChanged();
+}
+
+void CDrawDoc::SetBackColor2(gfx::COLORREF color)
+{
+    m_Background[size_t(m_nCurLabel)].BackColor2 = color;
+    BackgroundChanged();
+}
+
+void CDrawDoc::SetHatchStyle(int style)
+{
+    m_Background[size_t(m_nCurLabel)].HatchStyle = style;
+    BackgroundChanged();
+}
+
+void CDrawDoc::SetImageFile(const QString& path)
+{
+    m_Background[size_t(m_nCurLabel)].ImageFile = path;
+    BackgroundChanged();
+}
+
+void CDrawDoc::SetWrapMode(int mode)
+{
+    m_Background[size_t(m_nCurLabel)].WrapMode = mode;
+    BackgroundChanged();
+}
+
+void CDrawDoc::SetFitMode(int mode)
+{
+    m_Background[size_t(m_nCurLabel)].FitMode = std::uint8_t(mode);
+    BackgroundChanged();
+}
+
+void CDrawDoc::SetBackgroundAdjust(int x, int y, double scale)
+{
+    LabelBackground& background = m_Background[size_t(m_nCurLabel)];
+    background.OffsetX = x;
+    background.OffsetY = y;
+    background.Scale = scale;
+    BackgroundChanged();
+}
+
+// ---------------------------------------------------------------- document steps
+
+bool CDrawDoc::OnNewDocument()
+{
+    ClearLabels();
+    SetPathName(QString());
+    SetModifiedFlag(false);
+    return true;
+}
+
+void CDrawDoc::ClearLabels()
+{
+    for (int label = 0; label < LabelCount; ++label) {
+        m_Objects[size_t(label)].RemoveAll();
+        LabelBackground& background = m_Background[size_t(label)];
+        background.BackColor = 0xFFFFFF;
+        background.BackColor2 = 0;
+        background.ImageFile.clear();
+        background.HatchStyle = -1;
+    }
+}
+
+// ---------------------------------------------------------------- drawing
+
+void CDrawDoc::DrawLabel(gfx::Graphics& graphics, int cx, int cy, CView* view, int label, bool withObjects)
+{
+    DrawBackground(graphics, cx, cy, label);
+    if (withObjects) {
+        for (const auto& object : GetObjects(label))
+            object->Draw(graphics, cx, cy, view);
+    }
+    if (withObjects && view) {
+        if (view->IsActive()) {
+            for (const auto& object : GetObjects(label)) {
+                if (view->IsSelected(object.get()))
+                    object->DrawTracker(graphics, 2, cx, cy);
+            }
+        }
+        if (m_bShowGrid)
+            DrawGrid(graphics, cx, cy, label);
+        DrawPerforations(graphics, cx, cy);
+    }
+    if (view)
+        DrawMask(graphics, cx, cy, label);
+}
+
+void CDrawDoc::BuildLabelPath(int cx, int cy, gfx::GraphicsPath& path, int objectIndex, bool withBleed)
+{
+    const CSize size = GetLogicalSize(cx, cy, objectIndex);
+    double bleed = withBleed ? GetTemplateBleed() : 0.0;
+    const CTemplateObject* object = GetObject(objectIndex);
+    double outer, inner, edge;
+    if (!IsPrinterTemplate() && object) {
+        outer = object->OuterDia + 2 * bleed;
+        inner = object->InnerDia - 2 * bleed;
+        edge = object->EdgeDia + 2 * bleed;
+    } else {
+        bleed = 0.0;
+        outer = GetOuterDia();
+        inner = GetInnerDia();
+        edge = GetBusDia();
+    }
+    const QRectF rect = labelRect(size, cx, cy, bleed);
+    if (!IsPrinterTemplate() && object && object->IsRect) {
+        path.AddRectangle(rect);
+        return;
+    }
+    if (outer > edge) {
+        // A business-card disc: the circle cut by two chords edge apart.
+        const double angle = std::asin((edge / 2) / (outer / 2)) * 180.0 / 3.141592653589793;
+        path.AddArc(rect, float(angle), float(-2 * angle));
+        path.AddArc(rect, float(180 + angle), float(-2 * angle));
+        path.CloseFigure();
+    } else {
+        path.AddEllipse(rect);
+    }
+    const double hole = inner / outer;
+    path.AddEllipse(QRectF(rect.x() * hole, rect.y() * hole, rect.width() * hole, rect.height() * hole));
+}
+
+void CDrawDoc::DrawBackground(gfx::Graphics& graphics, int cx, int cy, int label)
+{
+    const CSize size = GetLogicalSize(cx, cy, FindLabelObject(label));
+    const double bleed = IsPrinterTemplate() ? 0.0 : GetTemplateBleed();
+    const QRectF whole(-size.cx, -size.cy, 2.0 * size.cx, 2.0 * size.cy);
+    const QRectF bleedRect = labelRect(size, cx, cy, bleed);
+    const LabelBackground& background = GetBackground(label);
+
+    if (!background.ImageFile.isEmpty()) {
+        // The picture is kept by path because the screen redraws the label on every change; a
+        // file replaced on disk is therefore seen only once another path has been chosen.
+        if (!m_pBackImage || !m_pBackBrush || m_strBackImage != background.ImageFile) {
+            m_strBackImage = background.ImageFile;
+            m_pBackImage = std::make_unique<gfx::Image>(background.ImageFile);
+            m_pBackBrush = std::make_unique<gfx::TextureBrush>(*m_pBackImage);
+        }
+        graphics.FillRectangle(gfx::SolidBrush(White), whole);
+
+        const int width = int(m_pBackImage->GetWidth());
+        const int height = int(m_pBackImage->GetHeight());
+        const float scale = float(background.Scale);
+        float fx = 1.0f, fy = 1.0f;
+        if (background.WrapMode == 4) {
+            const double targetX = size.cx + 2 * bleed * cx;
+            const double targetY = size.cy + 2 * bleed * cy;
+            if (background.FitMode == 1 && height > 0 && width > 0) {
+                // Cover the target on both axes, keeping the picture's proportions.
+                const double factor = height / targetY < width / targetX ? targetY / height : targetX / width;
+                fx = fy = float(factor);
+            } else if (background.FitMode == 2 && height > 0 && width > 0) {
+                fx = float(targetX / width);
+                fy = float(targetY / height);
+            }
+        }
+        m_pBackBrush->SetTransform(gfx::Matrix(scale * fx, 0, 0, -scale * fy, 0, 0));
+        m_pBackBrush->TranslateTransform(float(-background.OffsetX - width / 2),
+                                         float(-background.OffsetY - height / 2));
+        if (background.WrapMode == 4) {
+            const QRectF picture(-(background.OffsetX + width / 2) * scale * fx,
+                                 -(height / 2 - background.OffsetY) * scale * fy, width * scale * fx,
+                                 height * scale * fy);
+            m_pBackBrush->SetWrapMode(gfx::WrapMode::Clamp);
+            graphics.FillRectangle(*m_pBackBrush, picture);
+        } else {
+            m_pBackBrush->SetWrapMode(gfx::WrapMode(std::clamp(background.WrapMode, 0, 3)));
+            graphics.FillRectangle(*m_pBackBrush, bleedRect);
+        }
+    } else if (background.HatchStyle == -1) {
+        graphics.FillRectangle(gfx::SolidBrush(gfx::Color::FromCOLORREF(background.BackColor)), whole);
+    } else {
+        // Anchor the pattern where the picture offset puts it, not where the screen happens to be.
+        QPointF anchor(bleedRect.center().x() - background.OffsetX, bleedRect.center().y() + background.OffsetY);
+        graphics.TransformPoints(gfx::CoordinateSpace::Device, gfx::CoordinateSpace::World, &anchor, 1);
+        const int ox = qRound(anchor.x()) % 8;
+        const int oy = qRound(anchor.y()) % 8;
+        graphics.SetRenderingOrigin(ox < 0 ? ox + 8 : ox, oy < 0 ? oy + 8 : oy);
+        graphics.FillRectangle(gfx::HatchBrush(background.HatchStyle, gfx::Color::FromCOLORREF(background.BackColor),
+                                               gfx::Color::FromCOLORREF(background.BackColor2)),
+                               whole);
+    }
+}
+
+void CDrawDoc::DrawGrid(gfx::Graphics& graphics, int cx, int cy, int label)
+{
+    const CSize size = GetLogicalSize(cx, cy, FindLabelObject(label));
+    const QRectF rect(-size.cx / 2.0, -size.cy / 2.0, size.cx, size.cy);
+    if (rect != m_gridRect) {
+        m_gridRect = rect;
+        for (gfx::GraphicsPath& path : m_gridPaths)
+            path.Reset();
+        auto& [inchCoarse, inchFine, mmCoarse, mmFine] = m_gridPaths;
+        // Lines through the origin and out in both directions, so the grid is centred on the label.
+        auto addLines = [&rect](gfx::GraphicsPath& path, double step, bool vertical, int every, int pick) {
+            if (step <= 0)
+                return;
+            const double extent = vertical ? rect.right() : rect.bottom();
+            for (int i = 0; i * step <= extent; ++i) {
+                if (i % every != pick)
+                    continue;
+                for (const double at : {i * step, -i * step}) {
+                    if (vertical)
+                        path.AddLine(QPointF(at, rect.top()), QPointF(at, rect.bottom()));
+                    else
+                        path.AddLine(QPointF(rect.left(), at), QPointF(rect.right(), at));
+                    path.StartFigure();
+                    if (i == 0)
+                        break;
+                }
+            }
+        };
+        for (const bool vertical : {true, false}) {
+            const double perInch = vertical ? cx : cy;
+            addLines(mmFine, perInch / 25.4, vertical, 1, 0);
+            addLines(mmCoarse, perInch / 25.4, vertical, 10, 0);
+            addLines(inchFine, perInch / 10, vertical, 1, 0);
+            addLines(inchCoarse, perInch / 2, vertical, 1, 0);
+        }
+    }
+    const bool inches = Profile::GetInt(SettingsSection, QStringLiteral("Units"), 1) != 0;
+    const gfx::Pen coarse(gfx::Color(128, 0, 0, 0), 1.0f);
+    const gfx::Pen fine(gfx::Color(64, 0, 0, 0), 1.0f);
+    graphics.DrawPath(coarse, m_gridPaths[inches ? 0 : 2]);
+    graphics.DrawPath(fine, m_gridPaths[inches ? 1 : 3]);
+}
+
+void CDrawDoc::DrawPerforations(gfx::Graphics& graphics, int cx, int cy)
+{
+    const int objectIndex = FindLabelObject();
+    const CTemplateObject* object = GetObject(objectIndex);
+    if (!object)
+        return;
+    const CSize size = GetLogicalSize(cx, cy, objectIndex);
+    const double left = object->CentreX - object->OuterDia / 2;
+    const double top = object->CentreY - (object->IsRect ? object->InnerDia : object->OuterDia) / 2;
+    gfx::Pen pen(gfx::Color(255, 0, 0, 0), 1.0f);
+    pen.SetDashStyle(gfx::DashStyle::Dash);
+    // Perforations are stored on the sheet; here they are put back on the label, y measured
+    // downward from its top edge. The area's rotation is not applied on screen.
+    for (const Perf& perf : object->Perfs) {
+        const QPointF from((perf.X1 - left) * cx - size.cx / 2.0, size.cy / 2.0 - (perf.Y1 - top) * cy);
+        const QPointF to((perf.X2 - left) * cx - size.cx / 2.0, size.cy / 2.0 - (perf.Y2 - top) * cy);
+        graphics.DrawLine(pen, from, to);
+    }
+}
+
+void CDrawDoc::DrawMask(gfx::Graphics& graphics, int cx, int cy, int label)
+{
+    const int objectIndex = FindLabelObject(label);
+    const CSize size = GetLogicalSize(cx, cy, objectIndex);
+    gfx::Region mask(QRectF(-size.cx, -size.cy, 2.0 * size.cx, 2.0 * size.cy));
+    gfx::GraphicsPath outline;
+    BuildLabelPath(cx, cy, outline, objectIndex, false);
+    mask.Exclude(outline);
+    graphics.FillRegion(gfx::SolidBrush(MaskColor), mask);
+}
+
+void CDrawDoc::ComposeLabelArea(gfx::Graphics& graphics, int cx, int cy, int objectIndex, bool withObjects)
+{
+    const CTemplateObject* object = GetObject(objectIndex);
+    // A label number outside the three labels can only come from a damaged template.
+    if (!object || object->LabelNumber < 1 || object->LabelNumber > LabelCount)
+        return;
+    gfx::GraphicsPath outline;
+    BuildLabelPath(cx, cy, outline, objectIndex, true);
+    graphics.ResetTransform();
+    graphics.SetTransform(gfx::Matrix(1, 0, 0, -1, float(cx * object->CentreX), float(cy * object->CentreY)));
+    graphics.RotateTransform(float(object->Rotation));
+    graphics.SetClip(outline);
+    DrawLabel(graphics, cx, cy, nullptr, object->LabelNumber - 1, withObjects);
+}
+
+std::unique_ptr<gfx::Bitmap> CDrawDoc::RenderBitmap(int cx, int cy, bool withObjects, bool fillWhite)
+{
+    const CSize paper = GetPaperSize(cx, cy);
+    if (paper.cx <= 0 || paper.cy <= 0 || qint64(paper.cx) * paper.cy > gfx::Image::MaxPixels)
+        return nullptr;
+    auto bitmap = std::make_unique<gfx::Bitmap>(paper.cx, paper.cy);
+    if (bitmap->GetLastStatus() != gfx::Status::Ok)
+        return nullptr;
+    gfx::Graphics graphics(*bitmap);
+    RenderQuality::Apply(graphics);
+    if (fillWhite)
+        graphics.Clear(White);
+    if (IsPrinterTemplate()) {
+        ComposeLabelArea(graphics, cx, cy, FindClosestObject(), withObjects);
+    } else {
+        for (int i = 0; i < GetObjectCount(); ++i) {
+            if (GetObject(i)->Selected)
+                ComposeLabelArea(graphics, cx, cy, i, withObjects);
+        }
+    }
+    return bitmap;
+}
+
+void CDrawDoc::Draw(gfx::DeviceContext& dc, CView* view, bool withObjects, bool imageOnly)
+{
+    gfx::Graphics graphics(dc);
+    RenderQuality::Apply(graphics);
+    if (!dc.IsPrinting())
+        DrawLabel(graphics, 300, 300, view, m_nCurLabel, withObjects);
+    else if (imageOnly)
+        DrawImageOnly(graphics);
+    else
+        DrawPrintedSheet(graphics, withObjects);
+}
+
+void CDrawDoc::DrawImageOnly(gfx::Graphics& graphics)
+{
+    const CSize paper = GetPaperSize(300, 300);
+    graphics.FillRectangle(gfx::SolidBrush(White), QRectF(0, 0, paper.cx, paper.cy));
+    const gfx::Image image(GetImageFile());
+    const QPointF topLeft((paper.cx - double(image.GetWidth()) - 1.0) / 2,
+                          (paper.cy - double(image.GetHeight()) - 1.0) / 2);
+    gfx::TextureBrush brush(image, gfx::WrapMode::Clamp);
+    brush.TranslateTransform(float(topLeft.x()), float(topLeft.y()));
+    graphics.SetTransform(gfx::Matrix(1, 0, 0, -1, 0, 0));
+    graphics.FillRectangle(brush, QRectF(topLeft, QSizeF(image.GetWidth(), image.GetHeight())));
+}
+
+void CDrawDoc::DrawPrintedSheet(gfx::Graphics& graphics, bool withObjects)
+{
+    const std::unique_ptr<gfx::Bitmap> sheet = RenderBitmap(300, 300, withObjects, false);
+    if (!sheet)
+        return;
+    const double saturation =
+        NumberText::ToDouble(Profile::GetString(PrinterSection(), QStringLiteral("Saturation"), QStringLiteral("1.0")));
+    const double gamma =
+        NumberText::ToDouble(Profile::GetString(PrinterSection(), QStringLiteral("Gamma"), QStringLiteral("1.0")));
+    gfx::ImageAttributes attributes;
+    if (saturation != 1.0) {
+        // Saturation about the luminance weights; exactly 1.0 sets no matrix at all.
+        const float s = float(saturation);
+        const float t = 1.0f - s;
+        const float r = t * 0.3086f, g = t * 0.6094f, b = t * 0.0820f;
+        gfx::ColorMatrix matrix{{{r + s, r, r, 0, 0}, {g, g + s, g, 0, 0}, {b, b, b + s, 0, 0}, {0, 0, 0, 1, 0},
+                                 {0, 0, 0, 0, 1}}};
+        attributes.SetColorMatrix(matrix);
+    }
+    if (gamma != 1.0)
+        attributes.SetGamma(float(gamma));
+    graphics.SetTransform(gfx::Matrix(1, 0, 0, -1, 0, 0));
+    const QRectF full(0, 0, sheet->GetWidth(), sheet->GetHeight());
+    graphics.DrawImage(*sheet, full, full, &attributes);
+}

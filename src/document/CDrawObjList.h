@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+class CDrawObj;
+
+// One label's objects in z-order, bottom first. The list owns what it holds.
+class CDrawObjList {
+public:
+    CDrawObjList();
+    ~CDrawObjList();
+    CDrawObjList(CDrawObjList&&) noexcept;
+    CDrawObjList& operator=(CDrawObjList&&) noexcept;
+
+    void AddTail(std::unique_ptr<CDrawObj> object);
+    // Hands the object over to the caller; null when it is not in the list.
+    std::unique_ptr<CDrawObj> Take(const CDrawObj* object);
+    void RemoveAll();
+
+    // Zero-based position, or -1.
+    int Find(const CDrawObj* object) const;
+    int GetCount() const { return int(m_objects.size()); }
+    bool IsEmpty() const { return m_objects.empty(); }
+    CDrawObj* GetAt(int index) const { return m_objects[size_t(index)].get(); }
+
+    auto begin() const { return m_objects.begin(); }
+    auto end() const { return m_objects.end(); }
+    auto rbegin() const { return m_objects.rbegin(); }
+    auto rend() const { return m_objects.rend(); }
+
+private:
+    std::vector<std::unique_ptr<CDrawObj>> m_objects;
+};

@@ -1,0 +1,215 @@
+#include "objects/CDrawObj.h"
+
+#include "document/CDrawDoc.h"
+#include "document/CView.h"
+#include "objects/DefaultProperties.h"
+#include "platform/MessageBox.h"
+#include "platform/graphics/Graphics.h"
+
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+double aspectOf(const CRect& r)
+{
+    return std::abs(double(r.Width())) / std::abs(double(r.Height()));
+}
+
+} // namespace
+
+CDrawObj::CDrawObj() : DrawObjProperties(g_defaultProperties) {}
+
+CDrawObj::CDrawObj(const CRect& position)
+    : DrawObjProperties(g_defaultProperties), m_position(position), m_aspect(aspectOf(position))
+{
+}
+
+int CDrawObj::GetHandleCount() const
+{
+    return 8;
+}
+
+void CDrawObj::Layout() {}
+
+CPoint CDrawObj::GetHandle(int handle) const
+{
+    const CRect& r = m_position;
+    const int xCenter = r.left + r.Width() / 2;
+    const int yCenter = r.top + r.Height() / 2;
+    switch (handle) {
+    case 2: return {xCenter, r.top};
+    case 3: return {r.right, r.top};
+    case 4: return {r.right, yCenter};
+    case 5: return {r.right, r.bottom};
+    case 6: return {xCenter, r.bottom};
+    case 7: return {r.left, r.bottom};
+    case 8: return {r.left, yCenter};
+    default: return {r.left, r.top};
+    }
+}
+
+CRect CDrawObj::GetHandleRect(int handle, CView*) const
+{
+    const CPoint p = GetHandle(handle);
+    return CRect(p.x - 12, p.y - 12, p.x + 12, p.y + 12);
+}
+
+Qt::CursorShape CDrawObj::GetHandleCursor(int handle) const
+{
+    switch (handle) {
+    case 1:
+    case 5: return Qt::SizeFDiagCursor;
+    case 2:
+    case 6: return Qt::SizeVerCursor;
+    case 3:
+    case 7: return Qt::SizeBDiagCursor;
+    case 4:
+    case 8: return Qt::SizeHorCursor;
+    default: return Qt::ArrowCursor;
+    }
+}
+
+void CDrawObj::Draw(gfx::Graphics&, int, int, CView*) {}
+
+void CDrawObj::DrawTracker(gfx::Graphics& graphics, int state, int, int)
+{
+    if (state != 1 && state != 2)
+        return;
+    const gfx::Pen black(gfx::Color(255, 0, 0, 0), 2.0f);
+    const gfx::Pen white(gfx::Color(255, 255, 255, 255), 2.0f);
+    for (int handle = 1; handle <= GetHandleCount(); ++handle) {
+        const CPoint p = GetHandle(handle);
+        graphics.DrawRectangle(black, QRectF(p.x - 10, p.y - 10, 20, 20));
+        graphics.DrawRectangle(white, QRectF(p.x - 12, p.y - 12, 24, 24));
+    }
+}
+
+void CDrawObj::MoveTo(const CRect& position, CView* view)
+{
+    if (position == m_position)
+        return;
+    Invalidate(view);
+    m_position = position;
+    m_aspect = aspectOf(position);
+    Invalidate(view);
+}
+
+int CDrawObj::HitTest(CPoint point, CView* view, bool selected)
+{
+    if (!selected) {
+        const CRect& r = m_position;
+        return point.x >= r.left && point.x <= r.right && point.y >= r.top && point.y <= r.bottom ? 1 : 0;
+    }
+    for (int handle = GetHandleCount(); handle >= 1; --handle) {
+        const CRect r = GetHandleRect(handle, view).Normalized();
+        if (point.x >= r.left && point.x <= r.right && point.y >= r.top && point.y <= r.bottom)
+            return handle;
+    }
+    return 0;
+}
+
+bool CDrawObj::Intersects(const CRect& rect)
+{
+    CRect overlap;
+    return overlap.IntersectRect(rect.Normalized(), m_position.Normalized());
+}
+
+bool CDrawObj::IsInside(const CRect& rect)
+{
+    const CRect outer = rect.Normalized();
+    CRect own = m_position.Normalized();
+    if (own.Width() == 0)
+        own.right += 1;
+    if (own.Height() == 0)
+        own.bottom += 1;
+    CRect both;
+    both.UnionRect(outer, own);
+    return both == outer;
+}
+
+void CDrawObj::MoveHandleTo(int handle, CPoint point, CView* view)
+{
+    CRect r = m_position;
+    switch (handle) {
+    case 2: r.top = point.y; break;
+    case 3: r.right = point.x; r.top = point.y; break;
+    case 4: r.right = point.x; break;
+    case 5: r.right = point.x; r.bottom = point.y; break;
+    case 6: r.bottom = point.y; break;
+    case 7: r.left = point.x; r.bottom = point.y; break;
+    case 8: r.left = point.x; break;
+    default: r.left = point.x; r.top = point.y; break;
+    }
+    MoveTo(r, view);
+}
+
+void CDrawObj::OnOpen(CView*)
+{
+    MessageBox::Show(QStringLiteral("This function should never be called"));
+}
+
+std::unique_ptr<CDrawObj> CDrawObj::Clone() const
+{
+    auto copy = std::make_unique<CDrawObj>(m_position);
+    CopyInto(*copy);
+    return copy;
+}
+
+void CDrawObj::CopyInto(CDrawObj& copy) const
+{
+    copy.CopyProperties(*this);
+    copy.m_position = m_position;
+    copy.m_aspect = m_aspect;
+}
+
+void CDrawObj::Offset(int dx, int dy)
+{
+    m_position.OffsetRect(dx, dy);
+}
+
+CRect CDrawObj::GetDrawBounds(CRect rect) const
+{
+    rect.InflateRect(m_lineWidth, m_lineWidth);
+    const int arrows = (m_startArrowSize + m_endArrowSize) * m_lineWidth + 5;
+    rect.InflateRect(arrows, arrows);
+    return rect;
+}
+
+void CDrawObj::SetTextColor(gfx::COLORREF) {}
+
+void CDrawObj::SetArrow(int which, int type)
+{
+    if (which == StartArrowId)
+        m_startArrow = type;
+    else if (which == EndArrowId)
+        m_endArrow = type;
+    Invalidate();
+}
+
+int CDrawObj::GetArrow(int which) const
+{
+    if (which == StartArrowId)
+        return m_startArrow;
+    if (which == EndArrowId)
+        return m_endArrow;
+    return 16;
+}
+
+void CDrawObj::CopyProperties(const CDrawObj& source)
+{
+    static_cast<DrawObjProperties&>(*this) = source;
+}
+
+gfx::COLORREF CDrawObj::GetLineColor() const
+{
+    return m_lineColor1.ToCOLORREF();
+}
+
+void CDrawObj::Invalidate(CView* view)
+{
+    if (view)
+        view->InvalidateObject(this);
+    else if (m_pDocument)
+        m_pDocument->UpdateAllViews(nullptr, 1, this);
+}
