@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <deque>
+#include <optional>
 
 namespace gfx {
 
@@ -59,6 +60,155 @@ QPainterPath rectPath(const QRectF& rect)
     QPainterPath path;
     path.addRect(rect);
     return path;
+}
+
+// One figure of a GraphicsPath, as Qt draws it.
+struct Figure {
+    QPainterPath path;
+    bool closed = false;
+    bool curved = false;
+};
+
+std::vector<Figure> figuresOf(const GraphicsPath& path)
+{
+    const std::vector<QPointF> points = path.GetPathPoints();
+    const std::vector<std::uint8_t> types = path.GetPathTypes();
+    std::vector<Figure> figures;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const int type = types[i] & ~GraphicsPath::CloseFlag;
+        if (type == GraphicsPath::Start || figures.empty()) {
+            figures.emplace_back();
+            figures.back().path.moveTo(points[i]);
+        } else if (type == GraphicsPath::Bezier && i + 2 < points.size()) {
+            figures.back().path.cubicTo(points[i], points[i + 1], points[i + 2]);
+            figures.back().curved = true;
+            i += 2;
+        } else {
+            figures.back().path.lineTo(points[i]);
+        }
+        if (types[i] & GraphicsPath::CloseFlag) {
+            figures.back().path.closeSubpath();
+            figures.back().closed = true;
+        }
+    }
+    return figures;
+}
+
+// A line end's shape in its own frame: origin at the end point, +y outward along the line, in
+// units of `unit` world units.
+struct CapShape {
+    QPainterPath path;
+    bool filled = true;
+    double unit = 0; // world units per cap unit
+    double inset = 0; // world units the drawn line is shortened by (negative: lengthened)
+    LineCap base = LineCap::Flat; // the plain cap under a custom one
+};
+
+QPainterPath polygonPath(std::initializer_list<QPointF> points)
+{
+    QPainterPath path;
+    path.addPolygon(QPolygonF(QList<QPointF>(points)));
+    path.closeSubpath();
+    path.setFillRule(Qt::WindingFill);
+    return path;
+}
+
+// The plain and anchor caps in pen widths. Square, Round and Triangle reach half a width past
+// the end. The anchors are centred on the end; their sizes are measured from GDI+ renderings
+// (round about 2.4 widths across, the arrow about 2.5 long and 2.4 wide with its tip a width
+// past the end) or, for the square, the documented side of one width.
+std::optional<CapShape> plainCap(LineCap cap, double width)
+{
+    CapShape shape;
+    shape.unit = width;
+    switch (cap) {
+    case LineCap::Square:
+        shape.path = polygonPath({{-0.5, 0}, {0.5, 0}, {0.5, 0.5}, {-0.5, 0.5}});
+        break;
+    case LineCap::Round:
+        shape.path.addEllipse(QPointF(0, 0), 0.5, 0.5);
+        break;
+    case LineCap::Triangle:
+        shape.path = polygonPath({{-0.5, 0}, {0.5, 0}, {0, 0.5}});
+        break;
+    case LineCap::SquareAnchor:
+        shape.path = polygonPath({{-0.5, -0.5}, {0.5, -0.5}, {0.5, 0.5}, {-0.5, 0.5}});
+        break;
+    case LineCap::RoundAnchor:
+        shape.path.addEllipse(QPointF(0, 0), 1.2, 1.2);
+        break;
+    case LineCap::DiamondAnchor:
+        shape.path = polygonPath({{0, -1.2}, {1.2, 0}, {0, 1.2}, {-1.2, 0}});
+        break;
+    case LineCap::ArrowAnchor:
+        shape.path = polygonPath({{-1.2, -1.5}, {0, 1.0}, {1.2, -1.5}});
+        break;
+    default:
+        return std::nullopt;
+    }
+    shape.path.setFillRule(Qt::WindingFill);
+    return shape;
+}
+
+std::optional<CapShape> capShape(LineCap cap, const CustomLineCap* custom, double width)
+{
+    if (cap != LineCap::Custom)
+        return plainCap(cap, width);
+    if (!custom)
+        return std::nullopt;
+    CapShape shape;
+    // A zero line width makes the program's scale infinite; such a cap is left out.
+    shape.unit = width * double(custom->GetWidthScale());
+    if (!std::isfinite(shape.unit) || shape.unit <= 0)
+        return std::nullopt;
+    const double inset = shape.unit * double(custom->GetBaseInset());
+    shape.inset = std::isfinite(inset) ? inset : 0;
+    shape.path = custom->path().path();
+    shape.path.setFillRule(Qt::WindingFill);
+    shape.filled = custom->isFilled();
+    shape.base = custom->GetBaseCap();
+    return shape;
+}
+
+// The transform that places a cap at `end`, pointing along the unit vector u.
+QTransform capFrame(QPointF end, QPointF u, double unit)
+{
+    const QPointF n(-u.y(), u.x());
+    return QTransform(unit * n.x(), unit * n.y(), unit * u.x(), unit * u.y(), end.x(), end.y());
+}
+
+QPointF unitVector(QPointF v)
+{
+    const double len = std::hypot(v.x(), v.y());
+    return len > 0 ? v / len : QPointF();
+}
+
+// Shortens the polyline by `length` at its front (lengthens it when negative). Returns false when
+// nothing is left.
+bool trimFront(QPolygonF& line, double length)
+{
+    if (length < 0) {
+        line[0] += unitVector(line[0] - line[1]) * -length;
+        return true;
+    }
+    while (length > 0 && line.size() >= 2) {
+        const double segment = QLineF(line[0], line[1]).length();
+        if (segment > length) {
+            line[0] += unitVector(line[1] - line[0]) * length;
+            return true;
+        }
+        length -= segment;
+        line.removeFirst();
+    }
+    return line.size() >= 2;
+}
+
+bool trimBack(QPolygonF& line, double length)
+{
+    std::reverse(line.begin(), line.end());
+    const bool left = trimFront(line, length);
+    std::reverse(line.begin(), line.end());
+    return left;
 }
 
 } // namespace
@@ -352,6 +502,151 @@ void Graphics::stroke(const Pen& pen, const QPainterPath& path)
     pen.GetBrush()->Fill(*m_painter, outline, fillContext());
 }
 
+void Graphics::stroke(const Pen& pen, const GraphicsPath& path)
+{
+    if (!pen.HasLineCaps()) {
+        stroke(pen, path.path());
+        return;
+    }
+    if (!active() || path.IsEmpty())
+        return;
+    const QTransform combined = m_painter->combinedTransform();
+    bool invertible = false;
+    const QTransform toWorld = combined.inverted(&invertible);
+    if (!invertible)
+        return;
+    const QPen qtPen = pen.QtPen(combined);
+    const double width = pen.GetWidth() > 0 ? pen.GetWidth() : 1.0;
+    const std::optional<CapShape> startCap = capShape(pen.GetStartCap(), pen.GetCustomStartCap(), width);
+    const std::optional<CapShape> endCap = capShape(pen.GetEndCap(), pen.GetCustomEndCap(), width);
+
+    QPainterPath lines; // what the pen strokes: closed figures as they are, open ones trimmed
+    QPainterPath filledCaps;
+    QPainterPath strokedCaps;
+    const auto place = [&](const CapShape& cap, QPointF end, QPointF u) {
+        const QTransform frame = capFrame(end, u, cap.unit);
+        (cap.filled ? filledCaps : strokedCaps).addPath(frame.map(cap.path));
+    };
+    for (const Figure& figure : figuresOf(path)) {
+        if (figure.closed) {
+            lines.addPath(figure.path);
+            continue;
+        }
+        // Curves are flattened finely enough for the device before the ends are measured.
+        QPolygonF line;
+        if (figure.curved) {
+            const QList<QPolygonF> flat = figure.path.toSubpathPolygons(combined);
+            if (!flat.isEmpty())
+                line = toWorld.map(flat.first());
+        } else {
+            for (int i = 0; i < figure.path.elementCount(); ++i)
+                line.append(figure.path.elementAt(i));
+        }
+        line.erase(std::unique(line.begin(), line.end()), line.end());
+        if (line.size() < 2) {
+            lines.addPath(figure.path);
+            continue;
+        }
+        // The heading at each end is the curve's tangent: toward the nearest distinct point or
+        // control point.
+        const QPointF start = line.first(), end = line.last();
+        const auto heading = [&figure](QPointF from, int first, int step) {
+            const int n = figure.path.elementCount();
+            for (int i = first; i >= 0 && i < n; i += step) {
+                const QPointF p = figure.path.elementAt(i);
+                if (p != from)
+                    return unitVector(from - p);
+            }
+            return QPointF();
+        };
+        const QPointF uStart = heading(figure.path.elementAt(0), 1, 1);
+        const QPointF uEnd = heading(figure.path.elementAt(figure.path.elementCount() - 1),
+                                     figure.path.elementCount() - 2, -1);
+        if (startCap)
+            place(*startCap, start, uStart);
+        if (endCap)
+            place(*endCap, end, uEnd);
+        // The base insets move the drawn line's ends; a custom cap's base cap sits on the moved end.
+        if (!trimFront(line, startCap ? startCap->inset : 0) || !trimBack(line, endCap ? endCap->inset : 0))
+            continue;
+        if (startCap && startCap->base != LineCap::Flat) {
+            if (const std::optional<CapShape> base = plainCap(startCap->base, width))
+                place(*base, line.first(), uStart);
+        }
+        if (endCap && endCap->base != LineCap::Flat) {
+            if (const std::optional<CapShape> base = plainCap(endCap->base, width))
+                place(*base, line.last(), uEnd);
+        }
+        QPainterPath trimmed;
+        trimmed.addPolygon(line);
+        lines.addPath(trimmed);
+    }
+
+    // Everything becomes one area, filled once: separate fills would double the alpha where the
+    // line and its heads overlap. The union is taken on the device, where its flattening fits.
+    QPainterPathStroker stroker(qtPen);
+    if (qtPen.isCosmetic())
+        stroker.setWidth(1.0 / std::sqrt(std::abs(combined.determinant())));
+    QPainterPath outline = stroker.createStroke(lines);
+    outline.setFillRule(Qt::WindingFill);
+    QPainterPath area = combined.map(outline);
+    if (!filledCaps.isEmpty()) {
+        filledCaps.setFillRule(Qt::WindingFill);
+        area = area.united(combined.map(filledCaps));
+    }
+    if (!strokedCaps.isEmpty()) {
+        // A cap outline is drawn solid, with the line's width and joins.
+        QPainterPathStroker capStroker;
+        capStroker.setWidth(stroker.width());
+        capStroker.setJoinStyle(qtPen.joinStyle());
+        capStroker.setMiterLimit(qtPen.miterLimit());
+        capStroker.setCapStyle(Qt::FlatCap);
+        QPainterPath capOutline = capStroker.createStroke(strokedCaps);
+        capOutline.setFillRule(Qt::WindingFill);
+        area = area.united(combined.map(capOutline));
+    }
+    const QPainterPath world = toWorld.map(area);
+    if (pen.HasPatternBrush())
+        pen.GetBrush()->Fill(*m_painter, world, fillContext());
+    else
+        m_painter->fillPath(world, pen.GetColor().toQColor());
+}
+
+void Graphics::FillPolygon(const Brush& brush, const QPointF* points, int count, FillMode mode)
+{
+    GraphicsPath path(mode);
+    path.AddPolygon(points, count);
+    fill(brush, path.path());
+}
+
+void Graphics::DrawLines(const Pen& pen, const QPointF* points, int count)
+{
+    GraphicsPath path;
+    path.AddLines(points, count);
+    stroke(pen, path);
+}
+
+void Graphics::DrawPolygon(const Pen& pen, const QPointF* points, int count)
+{
+    GraphicsPath path;
+    path.AddPolygon(points, count);
+    stroke(pen, path.path());
+}
+
+void Graphics::DrawCurve(const Pen& pen, const QPointF* points, int count, float tension)
+{
+    GraphicsPath path;
+    path.AddCurve(points, count, tension);
+    stroke(pen, path);
+}
+
+void Graphics::DrawClosedCurve(const Pen& pen, const QPointF* points, int count, float tension)
+{
+    GraphicsPath path;
+    path.AddClosedCurve(points, count, tension);
+    stroke(pen, path.path());
+}
+
 void Graphics::FillRectangle(const Brush& brush, const QRectF& rect)
 {
     fill(brush, rectPath(rect));
@@ -396,14 +691,20 @@ void Graphics::DrawEllipse(const Pen& pen, const QRectF& rect)
 
 void Graphics::DrawLine(const Pen& pen, QPointF from, QPointF to)
 {
-    QPainterPath path(from);
-    path.lineTo(to);
+    if (!pen.HasLineCaps()) {
+        QPainterPath path(from);
+        path.lineTo(to);
+        stroke(pen, path);
+        return;
+    }
+    GraphicsPath path;
+    path.AddLine(from, to);
     stroke(pen, path);
 }
 
 void Graphics::DrawPath(const Pen& pen, const GraphicsPath& path)
 {
-    stroke(pen, path.path());
+    stroke(pen, path);
 }
 
 void Graphics::DrawImage(const Image& image, const QRectF& dest)

@@ -78,10 +78,19 @@ public:
     void FillEllipse(const Brush& brush, const QRectF& rect);
     void FillPath(const Brush& brush, const GraphicsPath& path);
     void FillRegion(const Brush& brush, const Region& region);
+    // A closed polygon filled by the fill mode.
+    void FillPolygon(const Brush& brush, const QPointF* points, int count, FillMode mode = FillMode::Alternate);
     void DrawRectangle(const Pen& pen, const QRectF& rect);
     void DrawEllipse(const Pen& pen, const QRectF& rect);
     void DrawLine(const Pen& pen, QPointF from, QPointF to);
+    // Open figures get the pen's start and end caps at their first and last points.
     void DrawPath(const Pen& pen, const GraphicsPath& path);
+    // Connected lines through the points, one open figure.
+    void DrawLines(const Pen& pen, const QPointF* points, int count);
+    void DrawPolygon(const Pen& pen, const QPointF* points, int count);
+    // Cardinal splines as GraphicsPath::AddCurve / AddClosedCurve draw them.
+    void DrawCurve(const Pen& pen, const QPointF* points, int count, float tension = 0.5f);
+    void DrawClosedCurve(const Pen& pen, const QPointF* points, int count, float tension = 0.5f);
 
     // The whole image stretched into the rectangle.
     void DrawImage(const Image& image, const QRectF& dest);
@@ -106,6 +115,8 @@ private:
     void combineClip(const Region& deviceRegion, CombineMode mode);
     void fill(const Brush& brush, const QPainterPath& path);
     void stroke(const Pen& pen, const QPainterPath& path);
+    // Strokes with the pen's line caps on the ends of open figures.
+    void stroke(const Pen& pen, const GraphicsPath& path);
 
     std::unique_ptr<QPainter> m_ownPainter;
     QPainter* m_painter;

@@ -14,7 +14,9 @@ enum RotateFlipType { RotateNoneFlipNone = 0, Rotate90FlipNone = 1, Rotate180Fli
 
 // A picture. Loading never throws and never reports: a file that is missing, empty, of an
 // unknown format or too large gives an image in an error state with size 0, and drawing it
-// draws nothing. Pixels are kept premultiplied for fast drawing.
+// draws nothing. Pixels are kept premultiplied for fast drawing. A Windows metafile (.wmf, told
+// by its content) is rasterised on loading, a placeable one at 96 dpi, with a transparent
+// background, and keeps the metafile type.
 class Image {
 public:
     Image() = default; // an error image of size 0
@@ -26,6 +28,7 @@ public:
     unsigned GetHeight() const { return unsigned(m_image.height()); }
     Status GetLastStatus() const { return m_status; }
     ImageType GetType() const { return m_type; }
+    // Turns and mirrors a bitmap; a metafile is left unchanged.
     void RotateFlip(RotateFlipType type);
 
     const QImage& image() const { return m_image; }

@@ -27,7 +27,11 @@ Pen::Pen(const Pen& other)
       m_width(other.m_width),
       m_dashStyle(other.m_dashStyle),
       m_dashCap(other.m_dashCap),
-      m_lineJoin(other.m_lineJoin)
+      m_lineJoin(other.m_lineJoin),
+      m_startCap(other.m_startCap),
+      m_endCap(other.m_endCap),
+      m_customStartCap(other.m_customStartCap),
+      m_customEndCap(other.m_customEndCap)
 {
 }
 
@@ -40,6 +44,10 @@ Pen& Pen::operator=(const Pen& other)
         m_dashStyle = other.m_dashStyle;
         m_dashCap = other.m_dashCap;
         m_lineJoin = other.m_lineJoin;
+        m_startCap = other.m_startCap;
+        m_endCap = other.m_endCap;
+        m_customStartCap = other.m_customStartCap;
+        m_customEndCap = other.m_customEndCap;
     }
     return *this;
 }
@@ -57,6 +65,36 @@ void Pen::SetBrush(const Brush& brush)
     m_brush = brush.Clone();
     if (const auto* solid = dynamic_cast<const SolidBrush*>(&brush))
         m_color = solid->GetColor();
+}
+
+void Pen::SetStartCap(LineCap cap)
+{
+    m_startCap = cap;
+    m_customStartCap.reset();
+}
+
+void Pen::SetEndCap(LineCap cap)
+{
+    m_endCap = cap;
+    m_customEndCap.reset();
+}
+
+void Pen::SetCustomStartCap(const CustomLineCap& cap)
+{
+    m_customStartCap = cap;
+    m_startCap = LineCap::Custom;
+}
+
+void Pen::SetCustomEndCap(const CustomLineCap& cap)
+{
+    m_customEndCap = cap;
+    m_endCap = LineCap::Custom;
+}
+
+bool Pen::HasLineCaps() const
+{
+    const auto plain = [](LineCap cap) { return cap == LineCap::Flat || cap == LineCap::NoAnchor; };
+    return !plain(m_startCap) || !plain(m_endCap);
 }
 
 bool Pen::HasPatternBrush() const

@@ -2,10 +2,12 @@
 
 #include "platform/graphics/Brush.h"
 #include "platform/graphics/Color.h"
+#include "platform/graphics/CustomLineCap.h"
 
 #include <QList>
 #include <QPen>
 #include <memory>
+#include <optional>
 
 namespace gfx {
 
@@ -14,7 +16,8 @@ enum class DashCap { Flat = 0, Round = 2, Triangle = 3 };
 enum class LineJoin { Miter = 0, Bevel = 1, Round = 2, MiterClipped = 3 };
 
 // An outline: width in world units (0 draws as 1), a colour or a brush, dashes measured in
-// pen widths, flat ends and mitred corners unless told otherwise. Nothing is drawn thinner
+// pen widths, flat ends and mitred corners unless told otherwise; line caps (plain, anchors or
+// custom heads) on the ends of open figures. Nothing is drawn thinner
 // than one device pixel.
 class Pen {
 public:
@@ -37,6 +40,19 @@ public:
     void SetLineJoin(LineJoin join) { m_lineJoin = join; }
     LineJoin GetLineJoin() const { return m_lineJoin; }
 
+    // The ends of open figures. NoAnchor draws a flat end; a custom cap is copied into the pen
+    // and makes that end's cap LineCap::Custom.
+    void SetStartCap(LineCap cap);
+    void SetEndCap(LineCap cap);
+    LineCap GetStartCap() const { return m_startCap; }
+    LineCap GetEndCap() const { return m_endCap; }
+    void SetCustomStartCap(const CustomLineCap& cap);
+    void SetCustomEndCap(const CustomLineCap& cap);
+    const CustomLineCap* GetCustomStartCap() const { return m_customStartCap ? &*m_customStartCap : nullptr; }
+    const CustomLineCap* GetCustomEndCap() const { return m_customEndCap ? &*m_customEndCap : nullptr; }
+    // Whether either end needs more than Qt's flat cap.
+    bool HasLineCaps() const;
+
     // The dash pattern in pen widths, empty for a solid line.
     static QList<qreal> DashPattern(DashStyle style);
 
@@ -53,6 +69,10 @@ private:
     DashStyle m_dashStyle = DashStyle::Solid;
     DashCap m_dashCap = DashCap::Flat;
     LineJoin m_lineJoin = LineJoin::Miter;
+    LineCap m_startCap = LineCap::Flat;
+    LineCap m_endCap = LineCap::Flat;
+    std::optional<CustomLineCap> m_customStartCap;
+    std::optional<CustomLineCap> m_customEndCap;
 };
 
 } // namespace gfx
