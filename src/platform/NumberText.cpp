@@ -1,10 +1,9 @@
 #include "platform/NumberText.h"
 
 #include <QByteArray>
-#include <algorithm>
-#include <charconv>
 #include <climits>
-#include <cmath>
+#include <cstdlib>
+#include <locale.h>
 
 namespace NumberText {
 
@@ -32,25 +31,10 @@ int ToInt(const QString& text)
 
 double ToDouble(const QString& text)
 {
-    // from_chars never looks at the locale; it takes no leading blanks or '+', so skip them here.
+    // strtod itself, but in the "C" locale whatever locale the process runs in.
+    static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t(nullptr));
     const QByteArray bytes = text.toLatin1();
-    const char* first = bytes.constData();
-    const char* last = first + bytes.size();
-    while (first < last && (*first == ' ' || (*first >= '\t' && *first <= '\r')))
-        ++first;
-    if (first < last && *first == '+' && !(first + 1 < last && (first[1] == '-' || first[1] == '+')))
-        ++first;
-    double value = 0.0;
-    const auto result = std::from_chars(first, last, value, std::chars_format::general);
-    if (result.ec == std::errc::result_out_of_range) {
-        // Like strtod: overflow gives a huge value, underflow gives zero, each with its sign.
-        const bool negative = *first == '-';
-        const char* exponent = std::find_if(first, result.ptr, [](char c) { return c == 'e' || c == 'E'; });
-        const bool underflow = exponent != result.ptr && exponent + 1 < result.ptr && exponent[1] == '-';
-        const double magnitude = underflow ? 0.0 : HUGE_VAL;
-        return negative ? -magnitude : magnitude;
-    }
-    return result.ec == std::errc() ? value : 0.0;
+    return strtod_l(bytes.constData(), nullptr, cLocale);
 }
 
 } // namespace NumberText

@@ -9,7 +9,8 @@ namespace NumberText {
 
 // Optional blanks, an optional sign, digits; clamped to the range of int.
 int ToInt(const QString& text);
-// Optional blanks, then a decimal number with optional exponent (also "inf" and "nan").
+// Optional blanks, then what C's strtod reads: a decimal or hexadecimal number with an
+// optional exponent, "inf" or "nan"; overflow gives infinity, underflow zero.
 double ToDouble(const QString& text);
 
 } // namespace NumberText
