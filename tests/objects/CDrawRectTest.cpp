@@ -1,0 +1,399 @@
+#include "ShapeCanvas.h"
+#include "TestSupport.h"
+
+#include "document/CDrawDoc.h"
+#include "document/CView.h"
+#include "objects/CDrawRect.h"
+#include "objects/DefaultProperties.h"
+#include "platform/HandleImages.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+std::unique_ptr<CDrawRect> shape(int code, const CRect& position)
+{
+    ResetDefaultProperties();
+    auto rect = std::make_unique<CDrawRect>(position);
+    rect->m_shape = code;
+    return rect;
+}
+
+void drawOnce(CDrawRect& rect)
+{
+    ShapeCanvas canvas;
+    rect.Draw(canvas.graphics(), 300, 300, nullptr);
+}
+
+bool picks(CDrawRect& rect, int x, int y)
+{
+    return rect.Intersects(CRect(x, y, x + 1, y + 1));
+}
+
+// Holds the given modifier keys down for as long as it lives.
+class HeldKeys {
+public:
+    explicit HeldKeys(Qt::KeyboardModifiers keys) : m_saved(CDrawRect::s_queryModifiers)
+    {
+        s_keys = keys;
+        CDrawRect::s_queryModifiers = [] { return s_keys; };
+    }
+    ~HeldKeys() { CDrawRect::s_queryModifiers = m_saved; }
+
+private:
+    static inline Qt::KeyboardModifiers s_keys;
+    CDrawRect::ModifierQuery m_saved;
+};
+
+class CountingView : public CView {
+public:
+    void OnUpdate(CView*, int, CDrawObj*) override {}
+    bool IsSelected(const CDrawObj*) const override { return false; }
+    bool IsActive() const override { return true; }
+    void Remove(CDrawObj*) override {}
+    void InvalidateObject(CDrawObj*) override { ++invalidations; }
+    int invalidations = 0;
+};
+
+} // namespace
+
+TEST(DrawRect, RoundRectangleCornersAreLimitedToHalfTheShape)
+{
+    auto rect = shape(CDrawRect::RoundRectangle, CRect(0, 0, 100, 60));
+    rect->m_cornerSize = CPoint(40, 20);
+    drawOnce(*rect);
+    EXPECT_EQ(rect->m_path.GetBounds(), QRectF(0, 0, 100, 60));
+    EXPECT_FALSE(rect->m_path.IsVisible(QPointF(1, 1)));
+    EXPECT_TRUE(rect->m_path.IsVisible(QPointF(10, 5)));
+
+    // Too large, or exactly the shape's width: half of the shape, an ellipse; the field stays.
+    for (const CPoint corner : {CPoint(500, 300), CPoint(100, 60)}) {
+        rect->m_cornerSize = corner;
+        drawOnce(*rect);
+        EXPECT_EQ(rect->m_cornerSize, corner);
+        EXPECT_EQ(rect->m_path.GetBounds(), QRectF(0, 0, 100, 60));
+        EXPECT_FALSE(rect->m_path.IsVisible(QPointF(8, 8)));
+        EXPECT_TRUE(rect->m_path.IsVisible(QPointF(50, 58)));
+    }
+}
+
+TEST(DrawRect, ArcSweepsClockwiseFromStartToEnd)
+{
+    auto arc = shape(CDrawRect::Arc, CRect(-100, 100, 100, -100));
+    arc->m_ringX = arc->m_ringY = 20;
+    struct Case {
+        float start, end;
+        QPointF inside, outside;
+    };
+    const Case cases[] = {
+        {90, 0, {60, 60}, {-60, 60}},    // the quarter between the positive axes
+        {0, 90, {-60, 60}, {60, 60}},    // the long way round
+        {90, 720, {60, 60}, {-60, -60}}, // an end beyond a turn is brought back
+        {450, 0, {-60, -60}, {0, 0}},    // a start beyond a turn isn't: more than a turn
+        {90, -1000, {-60, -60}, {0, 0}},
+    };
+    for (const Case& c : cases) {
+        arc->m_startAngle = c.start;
+        arc->m_endAngle = c.end;
+        drawOnce(*arc);
+        EXPECT_TRUE(arc->m_path.IsVisible(c.inside)) << c.start << " " << c.end;
+        EXPECT_FALSE(arc->m_path.IsVisible(c.outside)) << c.start << " " << c.end;
+    }
+
+    // Equal angles: two points joined by a radial line, no area.
+    arc->m_startAngle = arc->m_endAngle = 30;
+    drawOnce(*arc);
+    const double c = std::cos(M_PI / 6), s = std::sin(M_PI / 6);
+    EXPECT_EQ(arc->m_path.GetBounds(), QRectF(QPointF(80 * c, 80 * s), QPointF(100 * c, 100 * s)));
+    EXPECT_FALSE(arc->m_path.IsVisible(QPointF(90 * c, 90 * s)));
+}
+
+TEST(DrawRect, DegenerateShapesDrawAndEnd)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float inf = std::numeric_limits<float>::infinity();
+    const auto began = std::chrono::steady_clock::now();
+    for (int code = 0; code <= 12; ++code) {
+        for (const CRect& position : {CRect(0, 0, 0, 0), CRect(0, 50, 0, -50), CRect(-50, 0, 50, 0)}) {
+            auto rect = shape(code, position);
+            rect->m_cornerSize = CPoint(-40, 100000);
+            rect->m_ringX = 1000;
+            rect->m_fillKind = code % 5;
+            rect->m_lineKind = 4;
+            for (const auto& [start, end] : {std::pair{nan, 0.0f}, {0.0f, inf}, {-3e30f, 3e30f}, {1e9f, 1e9f + 5e3f}}) {
+                rect->m_startAngle = start;
+                rect->m_endAngle = end;
+                drawOnce(*rect);
+            }
+        }
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(2));
+}
+
+TEST(DrawRect, PickingFollowsTheDrawnOutline)
+{
+    auto ellipse = shape(CDrawRect::Ellipse, CRect(-100, 100, 100, -100));
+    EXPECT_FALSE(picks(*ellipse, 0, 0)); // never drawn: no outline yet
+    drawOnce(*ellipse);
+    EXPECT_TRUE(picks(*ellipse, 0, 98));
+    EXPECT_FALSE(picks(*ellipse, 90, 90)); // in the rectangle, outside the ellipse
+    EXPECT_FALSE(ellipse->Intersects(CRect(80, 80, 120, 120)));
+    EXPECT_TRUE(ellipse->Intersects(CRect(50, 50, 120, 120)));
+
+    auto halo = shape(CDrawRect::Halo, CRect(-100, 100, 100, -100));
+    drawOnce(*halo);
+    EXPECT_TRUE(picks(*halo, -80, 0));
+    EXPECT_FALSE(picks(*halo, 0, 0)); // the hole
+
+    auto arc = shape(CDrawRect::Arc, CRect(-100, 100, 100, -100));
+    drawOnce(*arc);
+    EXPECT_TRUE(picks(*arc, 60, 60));
+    EXPECT_FALSE(picks(*arc, -60, 60));
+}
+
+TEST(DrawRect, LinesArePickedAlongABand)
+{
+    auto falling = shape(CDrawRect::Line, CRect(0, 100, 100, 0));
+    falling->m_lineWidth = 4; // half-thickness (4 + 10) / 2 = 7
+    EXPECT_TRUE(picks(*falling, 53, 53));
+    EXPECT_FALSE(picks(*falling, 50, 60));
+    EXPECT_FALSE(picks(*falling, 20, 20)); // on the other diagonal
+    EXPECT_TRUE(picks(*falling, 20, 80));
+    auto rising = shape(CDrawRect::Line, CRect(0, 0, 100, 100));
+    EXPECT_TRUE(picks(*rising, 20, 20));
+    EXPECT_FALSE(picks(*rising, 20, 80));
+
+    // Horizontal: the empty rectangle skips the overlap test; 5 to each side, far edge out.
+    auto flat = shape(CDrawRect::ArrowLine, CRect(-100, 0, 100, 0));
+    EXPECT_TRUE(picks(*flat, 0, 4));
+    EXPECT_TRUE(picks(*flat, 0, -5));
+    EXPECT_FALSE(picks(*flat, 0, 5));
+    EXPECT_FALSE(picks(*flat, 120, 0));
+    flat->m_lineWidth = 20;
+    EXPECT_TRUE(picks(*flat, 0, 13));
+
+    auto dot = shape(CDrawRect::Line, CRect(5, 5, 5, 5));
+    EXPECT_TRUE(picks(*dot, 5, 5));
+}
+
+TEST(DrawRect, HandlesOfEachShape)
+{
+    const int counts[] = {8, 9, 8, 11, 9, 8, 8, 8, 8, 2, 2};
+    for (int code = 0; code <= 10; ++code)
+        EXPECT_EQ(shape(code, CRect(0, 0, 10, 10))->GetHandleCount(), counts[code]) << code;
+
+    auto line = shape(CDrawRect::Line, CRect(10, 20, 110, 220));
+    EXPECT_EQ(line->GetHandle(2), CPoint(110, 220));
+    EXPECT_EQ(line->GetHandleCursor(2), Qt::SizeFDiagCursor);
+
+    auto round = shape(CDrawRect::RoundRectangle, CRect(0, 200, 300, 0));
+    round->m_cornerSize = CPoint(60, 40);
+    EXPECT_EQ(round->GetHandle(9), CPoint(270, 180));
+
+    auto halo = shape(CDrawRect::Halo, CRect(-100, 100, 100, -100));
+    halo->m_startAngle = 0;
+    halo->m_ringX = 30;
+    EXPECT_EQ(halo->GetHandle(9), CPoint(70, 0));
+    halo->m_shape |= CDrawRect::AspectLock; // locked: always at 45 degrees
+    halo->m_ringY = 30;
+    EXPECT_EQ(halo->GetHandle(9), CPoint(49, 49));
+    EXPECT_FLOAT_EQ(halo->m_startAngle, 45);
+
+    auto arc = shape(CDrawRect::Arc, CRect(-100, 100, 100, -100));
+    arc->m_ringX = arc->m_ringY = 20;
+    arc->m_endAngle = 180;
+    arc->m_ringAngle = 0;
+    EXPECT_EQ(arc->GetHandle(9), CPoint(0, 90)); // mid-ring at the start angle
+    EXPECT_EQ(arc->GetHandle(10), CPoint(-90, 0));
+    EXPECT_EQ(arc->GetHandle(11), CPoint(80, 0)); // on the inner ellipse
+    EXPECT_EQ(arc->GetHandleCursor(11), Qt::SizeAllCursor);
+    EXPECT_EQ(round->GetHandleCursor(9), Qt::SizeFDiagCursor);
+}
+
+TEST(DrawRect, LockedResizeKeepsCentreAndAspectAndRingsStartAgain)
+{
+    auto ellipse = shape(CDrawRect::Ellipse | CDrawRect::AspectLock, CRect(-100, 50, 100, -50));
+    ellipse->MoveHandleTo(3, CPoint(30, 80), nullptr); // nearer on x than on y: y decides
+    EXPECT_EQ(ellipse->m_position, CRect(-160, 80, 160, -80));
+    ellipse->MoveHandleTo(8, CPoint(-50, 10), nullptr); // x decides, whichever handle
+    EXPECT_EQ(ellipse->m_position, CRect(-50, 25, 50, -25));
+    EXPECT_DOUBLE_EQ(ellipse->m_aspect, 2.0);
+
+    auto rect = shape(CDrawRect::Rectangle, CRect(-100, 50, 100, -50));
+    rect->MoveHandleTo(3, CPoint(30, 80), nullptr);
+    EXPECT_EQ(rect->m_position, CRect(-100, 80, 30, -50));
+
+    for (int code : {int(CDrawRect::Arc), int(CDrawRect::Halo), CDrawRect::Arc | CDrawRect::AspectLock}) {
+        auto ring = shape(code, CRect(0, 100, 100, 0));
+        ring->m_ringX = 33;
+        ring->MoveHandleTo(5, CPoint(320, -60), nullptr);
+        const CRect n = ring->m_position.Normalized();
+        EXPECT_FLOAT_EQ(ring->m_ringX, float(n.Width() / 16)) << code;
+        EXPECT_FLOAT_EQ(ring->m_ringY, float(n.Height() / 16)) << code;
+    }
+}
+
+TEST(DrawRect, ShapeHandlesReshape)
+{
+    CountingView view;
+    auto round = shape(CDrawRect::RoundRectangle, CRect(0, 200, 300, 0));
+    round->MoveHandleTo(9, CPoint(250, 170), &view);
+    EXPECT_EQ(round->m_cornerSize, CPoint(100, 60));
+    round->MoveHandleTo(9, CPoint(1000, 1000), &view); // one unit in from the corner at least
+    EXPECT_EQ(round->m_cornerSize, CPoint(2, 2));
+    round->MoveHandleTo(9, CPoint(-50, -50), &view); // the middle at most
+    EXPECT_EQ(round->m_cornerSize, CPoint(300, 200));
+    EXPECT_EQ(view.invalidations, 3);
+
+    // Arc start turns the whole arc; the end moves alone; angles wrap to [0, 360).
+    auto arc = shape(CDrawRect::Arc, CRect(-100, 100, 100, -100));
+    arc->MoveHandleTo(9, CPoint(0, -50), nullptr);
+    EXPECT_FLOAT_EQ(arc->m_startAngle, 270);
+    EXPECT_FLOAT_EQ(arc->m_endAngle, 180);
+    arc->MoveHandleTo(10, CPoint(10, 0), nullptr);
+    EXPECT_FLOAT_EQ(arc->m_startAngle, 270);
+    EXPECT_FLOAT_EQ(arc->m_endAngle, 0);
+    auto flat = shape(CDrawRect::Arc, CRect(-200, 100, 200, -100));
+    flat->MoveHandleTo(10, CPoint(200, 100), nullptr); // the ellipse's parameter, not the ray
+    EXPECT_NEAR(flat->m_endAngle, 45, 1e-4);
+
+    // Halo ring, unlocked: the angle is forced to 45 and the ring held to 0 .. half the size.
+    auto halo = shape(CDrawRect::Halo, CRect(-100, 100, 100, -100));
+    halo->MoveHandleTo(9, CPoint(50, 50), nullptr);
+    EXPECT_FLOAT_EQ(halo->m_startAngle, 45);
+    EXPECT_NEAR(halo->m_ringX, 100 - 50 * std::sqrt(2.0), 1e-3);
+    halo->MoveHandleTo(9, CPoint(300, 300), nullptr);
+    EXPECT_FLOAT_EQ(halo->m_ringX, 0);
+    halo->MoveHandleTo(9, CPoint(-300, -300), nullptr);
+    EXPECT_FLOAT_EQ(halo->m_ringX, 100);
+    // Locked: the angle comes from the point; 0 / sin 0 can't be computed and is held at 0.
+    halo->m_shape |= CDrawRect::AspectLock;
+    halo->MoveHandleTo(9, CPoint(60, 0), nullptr);
+    EXPECT_FLOAT_EQ(halo->m_startAngle, 0);
+    EXPECT_FLOAT_EQ(halo->m_ringX, 40);
+    EXPECT_FLOAT_EQ(halo->m_ringY, 0);
+
+    // The arc's ring handle works on its own angle.
+    arc->m_shape |= CDrawRect::AspectLock;
+    arc->MoveHandleTo(11, CPoint(0, 70), nullptr);
+    EXPECT_FLOAT_EQ(arc->m_ringAngle, 90);
+    EXPECT_NEAR(arc->m_ringY, 30, 1e-4);
+    EXPECT_FLOAT_EQ(arc->m_startAngle, 270);
+}
+
+TEST(DrawRect, LineHandlesSnapWithAltAndKeep45DegreesWithShift)
+{
+    auto line = shape(CDrawRect::Line, CRect(0, 0, 100, 0));
+    {
+        HeldKeys none(Qt::NoModifier);
+        line->MoveHandleTo(2, CPoint(123, 77), nullptr);
+        EXPECT_EQ(line->m_position, CRect(0, 0, 123, 77));
+    }
+    {
+        HeldKeys shift(Qt::ShiftModifier);
+        const std::pair<CPoint, CPoint> cases[] = {
+            {{100, 10}, {100, 0}},   {{100, 90}, {95, 95}},     {{10, 100}, {0, 100}},
+            {{-90, 100}, {-95, 95}}, {{-100, -10}, {-100, 0}},  {{-90, -100}, {-95, -95}},
+            {{5, -100}, {0, -100}},  {{100, -80}, {90, -90}},
+        };
+        line->m_position = CRect(0, 0, 100, 0);
+        for (const auto& [to, expected] : cases) {
+            line->MoveHandleTo(2, to, nullptr);
+            EXPECT_EQ(line->GetHandle(2), expected) << to.x << "," << to.y;
+        }
+        // Handle 1 is held about handle 2.
+        line->m_position = CRect(0, 0, 100, 100);
+        line->MoveHandleTo(1, CPoint(20, 30), nullptr);
+        EXPECT_EQ(line->GetHandle(1), CPoint(25, 25));
+    }
+    {
+        // 4.7 inches at 96 pixels to the inch, over 96 / 10: steps of 451 / 9 = 50.
+        const auto savedResolution = CDrawRect::s_screenResolution;
+        CDrawRect::s_screenResolution = [] { return 96; };
+        CDrawDoc doc;
+        auto* snapped = static_cast<CDrawRect*>(doc.Add(shape(CDrawRect::Line, CRect(0, 0, 100, 0))));
+        HeldKeys alt(Qt::AltModifier);
+        snapped->MoveHandleTo(2, CPoint(123, 77), nullptr);
+        EXPECT_EQ(snapped->GetHandle(2), CPoint(100, 50));
+        snapped->MoveHandleTo(1, CPoint(-123, -49), nullptr);
+        EXPECT_EQ(snapped->GetHandle(1), CPoint(-100, 0));
+        CDrawRect::s_screenResolution = savedResolution;
+    }
+}
+
+TEST(DrawRect, CloneCopiesTheShapeButNotTheRingAngleOrCaches)
+{
+    auto arc = shape(CDrawRect::Arc | CDrawRect::AspectLock, CRect(0, 100, 200, 0));
+    arc->m_cornerSize = CPoint(11, 12);
+    arc->m_startAngle = 13;
+    arc->m_endAngle = 14;
+    arc->m_ringX = 15;
+    arc->m_ringY = 16;
+    arc->m_ringAngle = 17;
+    drawOnce(*arc);
+    const auto clone = arc->Clone();
+    const auto& copy = dynamic_cast<const CDrawRect&>(*clone);
+    EXPECT_EQ(copy.m_position, arc->m_position);
+    EXPECT_EQ(copy.m_shape, arc->m_shape);
+    EXPECT_EQ(copy.m_cornerSize, CPoint(11, 12));
+    EXPECT_FLOAT_EQ(copy.m_startAngle, 13);
+    EXPECT_FLOAT_EQ(copy.m_endAngle, 14);
+    EXPECT_FLOAT_EQ(copy.m_ringX, 15);
+    EXPECT_FLOAT_EQ(copy.m_ringY, 16);
+    EXPECT_FLOAT_EQ(copy.m_ringAngle, 45);
+    EXPECT_TRUE(copy.m_path.IsEmpty());
+
+    auto target = shape(CDrawRect::Rectangle, CRect(5, 5, 6, 6));
+    target->CopyProperties(*arc);
+    EXPECT_EQ(target->m_position, CRect(5, 5, 6, 6));
+    EXPECT_EQ(target->m_shape, arc->m_shape);
+    EXPECT_FLOAT_EQ(target->m_ringY, 16);
+}
+
+TEST(DrawRect, FitToPictureShowsOnePixelPerUnit)
+{
+    TestFolder folder;
+    auto picture = shape(CDrawRect::AspectLock, CRect(10, 20, 10, 20));
+    picture->m_pictureFile = folder.path() + "/photo.png";
+    twoBandPicture(64, 48).save(picture->m_pictureFile);
+    picture->FitToPicture();
+    EXPECT_EQ(picture->m_position, CRect(10, 20, 74, -28));
+    EXPECT_DOUBLE_EQ(picture->m_aspect, 64.0 / 48.0);
+
+    auto missing = shape(CDrawRect::AspectLock, CRect(10, 20, 30, 0));
+    missing->m_pictureFile = folder.path() + "/none.png";
+    missing->FitToPicture();
+    EXPECT_EQ(missing->m_position, CRect(10, 20, 10, 20));
+}
+
+TEST(DrawRect, TrackerShowsTheArcRingAndHandleGlyphs)
+{
+    auto tracker = [](CDrawRect& rect, int state) {
+        ShapeCanvas canvas;
+        rect.DrawTracker(canvas.graphics(), state, 300, 300);
+        return canvas.image();
+    };
+    auto arc = shape(CDrawRect::Arc, CRect(-80, 80, 80, -80));
+    arc->m_ringX = arc->m_ringY = 20;
+    const CPoint ring = arc->GetHandle(11);
+    const QPoint squareEdge = ShapeCanvas::device(ring.x - 10, ring.y);
+    HandleImages::Release();
+    const QImage plain = tracker(*arc, 2);
+    EXPECT_GT(countPixels(plain, QColor(0, 0, 255), 60), 100); // the dotted ring
+    EXPECT_TRUE(near(plain.pixel(squareEdge), Qt::black, 40)); // no glyph: the squares
+    EXPECT_EQ(countPixels(tracker(*shape(0, CRect(-80, 80, 80, -80)), 2), QColor(0, 0, 255), 60), 0);
+    EXPECT_EQ(countPixels(tracker(*arc, 0), Qt::white), 200 * 200);
+
+    if (!HandleImages::Load())
+        GTEST_SKIP() << "handle pictures not available";
+    ShapeCanvas canvas;
+    const gfx::Matrix before = canvas.graphics().GetTransform();
+    arc->DrawTracker(canvas.graphics(), 1, 300, 300);
+    EXPECT_EQ(canvas.graphics().GetTransform(), before);
+    EXPECT_FALSE(near(canvas.image().pixel(squareEdge), Qt::black, 40));
+    HandleImages::Release();
+}

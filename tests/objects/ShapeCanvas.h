@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/RenderQuality.h"
+#include "platform/graphics/Graphics.h"
+#include "platform/graphics/Image.h"
+
+#include <QColor>
+#include <QImage>
+#include <QString>
+#include <memory>
+
+// A small label to draw shapes on: a white bitmap with the label's y-up world transform, the
+// origin in the middle, and the application's drawing settings.
+class ShapeCanvas {
+public:
+    explicit ShapeCanvas(int size = 200) : m_bitmap(size, size)
+    {
+        m_graphics = std::make_unique<gfx::Graphics>(m_bitmap);
+        RenderQuality::Apply(*m_graphics);
+        m_graphics->Clear(gfx::Color(255, 255, 255, 255));
+        m_graphics->SetTransform(gfx::Matrix(1, 0, 0, -1, size / 2.0f, size / 2.0f));
+    }
+
+    gfx::Graphics& graphics() { return *m_graphics; }
+
+    // The pixels drawn so far; ends the drawing.
+    QImage image()
+    {
+        m_graphics.reset();
+        return m_bitmap.image().convertToFormat(QImage::Format_ARGB32);
+    }
+
+    // The device pixel of a document point.
+    static QPoint device(int x, int y, int size = 200) { return QPoint(size / 2 + x, size / 2 - y); }
+
+private:
+    gfx::Bitmap m_bitmap;
+    std::unique_ptr<gfx::Graphics> m_graphics;
+};
+
+inline bool near(QRgb pixel, QColor color, int tolerance = 8)
+{
+    return std::abs(qRed(pixel) - color.red()) <= tolerance && std::abs(qGreen(pixel) - color.green()) <= tolerance
+           && std::abs(qBlue(pixel) - color.blue()) <= tolerance;
+}
+
+// A picture file of w by h pixels: the top half red, the bottom half blue.
+inline QImage twoBandPicture(int w, int h)
+{
+    QImage picture(w, h, QImage::Format_RGB32);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x)
+            picture.setPixel(x, y, y < h / 2 ? qRgb(255, 0, 0) : qRgb(0, 0, 255));
+    return picture;
+}
