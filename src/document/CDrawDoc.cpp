@@ -541,8 +541,8 @@ void CDrawDoc::DrawPerforations(gfx::Graphics& graphics, int cx, int cy)
     if (!object)
         return;
     const CSize size = GetLogicalSize(cx, cy, objectIndex);
-    const double left = object->CentreX - object->OuterDia / 2;
-    const double top = object->CentreY - (object->IsRect ? object->InnerDia : object->OuterDia) / 2;
+    const double left = object->LeftEdge();
+    const double top = object->TopEdge();
     gfx::Pen pen(gfx::Color(255, 0, 0, 0), 1.0f);
     pen.SetDashStyle(gfx::DashStyle::Dash);
     // Perforations are stored on the sheet; here they are put back on the label, y measured

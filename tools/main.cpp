@@ -1,0 +1,71 @@
+// tessarelle-cli: the program's model without its windows, for scripts and diagnostics.
+
+#include "CliCommand.h"
+#include "TemplatesCommand.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+namespace {
+
+std::vector<std::unique_ptr<CliCommand>> AllCommands()
+{
+    std::vector<std::unique_ptr<CliCommand>> commands;
+    commands.push_back(std::make_unique<TemplatesCommand>());
+    return commands;
+}
+
+void PrintUsage(QTextStream& stream, const std::vector<std::unique_ptr<CliCommand>>& commands)
+{
+    stream << "usage: tessarelle-cli COMMAND [ARGUMENTS]\n\ncommands:\n";
+    for (const auto& command : commands) {
+        stream << "  " << command->Name() << ' ' << command->Arguments() << '\n';
+        for (const QString& line : command->Summary().split('\n'))
+            stream << "      " << line << '\n';
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // No command needs a display; a rendering one would take QGuiApplication with the
+    // offscreen platform when QT_QPA_PLATFORM is unset.
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("tessarelle-cli"));
+
+    QTextStream out(stdout);
+    QTextStream err(stderr);
+    const auto commands = AllCommands();
+    const QStringList args = QCoreApplication::arguments().mid(1);
+
+    if (args.isEmpty()) {
+        PrintUsage(err, commands);
+        return CliCommand::ExitUsage;
+    }
+    const QString& name = args.first();
+    if (name == QLatin1String("help") || name == QLatin1String("-h") || name == QLatin1String("--help")) {
+        PrintUsage(out, commands);
+        return CliCommand::ExitOk;
+    }
+    for (const auto& command : commands) {
+        if (command->Name() == name) {
+            const QStringList rest = args.mid(1);
+            if (rest.size() == 1 && (rest[0] == QLatin1String("-h") || rest[0] == QLatin1String("--help"))) {
+                out << "usage: tessarelle-cli " << command->Name() << ' ' << command->Arguments() << '\n'
+                    << command->Summary() << '\n';
+                return CliCommand::ExitOk;
+            }
+            const int code = command->Run(rest, out, err);
+            out.flush();
+            err.flush();
+            return code;
+        }
+    }
+    err << "tessarelle-cli: unknown command " << name << "\n\n";
+    PrintUsage(err, commands);
+    return CliCommand::ExitUsage;
+}
