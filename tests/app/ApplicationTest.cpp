@@ -19,37 +19,24 @@ TEST(Application, VersionPartsKeepTheirLowFourBits)
     EXPECT_EQ(CSendrillApp::CutVersion(0x12345, 32, 48, 0xFFFF), (std::array<int, 4>{5, 0, 0, 15}));
 }
 
-TEST(Application, DataDirectoryIsMadeUnderTheXdgDataHome)
+TEST(Application, DataDirectoryIsMadeUnderTheXdgDataHomeOrItsFailureDescribed)
 {
     const QString dataHome = QString::fromLocal8Bit(qgetenv("XDG_DATA_HOME"));
     ASSERT_FALSE(dataHome.isEmpty());
     CSendrillApp app;
     app.SetUpFolders();
+    app.SetUpFolders(); // a second start finds the folders there: no failure
     EXPECT_EQ(app.m_strAppDataDir, dataHome + QStringLiteral("/Quorvane/Tessarelle/"));
     EXPECT_TRUE(QFileInfo(app.m_strAppDataDir).isDir());
     EXPECT_TRUE(app.m_strDataDirFailure.isEmpty());
 
-    // A second start finds the folders there: no failure.
-    app.SetUpFolders();
-    EXPECT_TRUE(app.m_strDataDirFailure.isEmpty());
-}
-
-TEST(Application, DataDirectoryFailureIsDescribedAndTheRunGoesOn)
-{
-    TestFolder folder;
     // A file where the vendor's folder belongs counts as existing; its sub-folder then fails.
+    TestFolder folder;
     folder.write(QStringLiteral("Quorvane"), "not a folder");
     QString failure;
     const QString dir = CSendrillApp::CreateDataDirectory(folder.path() + '/', &failure);
     EXPECT_EQ(dir, folder.path() + QStringLiteral("/Quorvane/Tessarelle/"));
     EXPECT_EQ(failure, QStringLiteral("Unable to create Tessarelle Application Data directory:error 20"));
-
-    TestFolder other;
-    other.write(QStringLiteral("file"), "x");
-    failure.clear();
-    CSendrillApp::CreateDataDirectory(other.path() + QStringLiteral("/file/"), &failure);
-    EXPECT_TRUE(failure.startsWith(QStringLiteral("Unable to create ")));
-    EXPECT_TRUE(failure.endsWith(QStringLiteral("Application Data directory:error 20")));
 }
 
 TEST(Application, WithoutADisplayQuestionsTakeTheirDefaultAndNothingWaits)
@@ -67,16 +54,13 @@ TEST(HandleImages, FourSmallPicturesLoadFromTheResourcesAndAreReleased)
     EXPECT_EQ(HandleImages::Resize(), nullptr);
 
     EXPECT_TRUE(HandleImages::Load());
-    const gfx::Image* pictures[] = {HandleImages::Resize(), HandleImages::Rotate(), HandleImages::Text(),
-                                    HandleImages::Move()};
-    for (const gfx::Image* picture : pictures) {
-        ASSERT_NE(picture, nullptr);
-        EXPECT_GE(picture->GetWidth(), 15u);
-        EXPECT_LE(picture->GetWidth(), 24u);
+    for (int id = HandleImages::ResizeId; id <= HandleImages::MoveId; ++id) {
+        const gfx::Image* picture = HandleImages::Get(id);
+        ASSERT_NE(picture, nullptr) << id;
         EXPECT_EQ(picture->GetWidth(), picture->GetHeight());
-        // Drawn on the label: some pixels opaque, the corners see through.
-        EXPECT_GT(countPixels(picture->image(), QColor(0, 0, 0, 255)), 10);
-        EXPECT_EQ(qAlpha(picture->image().pixel(0, 0)), 0);
+        // Some pixels opaque, the corners see through.
+        EXPECT_GT(countPixels(picture->image(), QColor(0, 0, 0, 255)), 10) << id;
+        EXPECT_EQ(qAlpha(picture->image().pixel(0, 0)), 0) << id;
     }
     EXPECT_EQ(HandleImages::Get(HandleImages::RotateId), HandleImages::Rotate());
     EXPECT_EQ(HandleImages::Get(346), nullptr);
@@ -104,7 +88,6 @@ TEST(FontCollection, FontsOfTheFolderJoinTheFamiliesAndOtherFilesFallThrough)
 
     TestFolder folder;
     folder.write(QStringLiteral("README.txt"), "Fonts placed here join the list.\n");
-    folder.write(QStringLiteral(".hidden"), "");
     ASSERT_TRUE(QFile::copy(source, folder.path() + QStringLiteral("/Shipped.ttf")));
 
     EXPECT_EQ(FontCollection::Published(), nullptr);
@@ -112,7 +95,6 @@ TEST(FontCollection, FontsOfTheFolderJoinTheFamiliesAndOtherFilesFallThrough)
         FontCollection fonts;
         EXPECT_EQ(fonts.AddFontFiles(folder.path()), 1);
         EXPECT_EQ(fonts.AddFontFiles(folder.path() + QStringLiteral("/missing")), 0);
-        EXPECT_EQ(fonts.AddedCount(), 1);
         EXPECT_FALSE(fonts.Families().isEmpty());
 
         FontCollection::Publish(&fonts);

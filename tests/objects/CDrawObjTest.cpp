@@ -1,51 +1,27 @@
+#include "ShapeCanvas.h"
+
 #include "document/CDrawDoc.h"
-#include "document/CView.h"
 #include "objects/CDrawObj.h"
 #include "objects/DefaultProperties.h"
-#include "platform/graphics/Graphics.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-namespace {
-
-class CountingView : public CView {
-public:
-    void OnUpdate(CView*, int, CDrawObj*) override { ++updates; }
-    bool IsSelected(const CDrawObj*) const override { return false; }
-    bool IsActive() const override { return true; }
-    void Remove(CDrawObj*) override {}
-    void InvalidateObject(CDrawObj*) override { ++invalidations; }
-    int updates = 0;
-    int invalidations = 0;
-};
-
-} // namespace
-
-TEST(DrawObj, NewObjectsTakeTheDefaultsAndTheirRectangle)
+TEST(DrawObj, NewObjectsTakeTheCurrentDefaultsAndTheirAspect)
 {
+    ResetDefaultProperties();
     const CDrawObj object(CRect(0, 200, 400, 0));
     EXPECT_EQ(object.m_flags & 3, 3); // visible outline and fill
-    EXPECT_EQ(object.m_fillColor1, gfx::Color(255, 255, 255, 255));
-    EXPECT_EQ(object.m_startArrow, 241);
-    EXPECT_EQ(object.m_endArrow, 19);
     EXPECT_DOUBLE_EQ(object.m_aspect, 2.0);
-
+    EXPECT_TRUE(std::isinf(CDrawObj(CRect(0, 5, 10, 5)).m_aspect));
     g_defaultProperties.m_lineWidth = 9;
-    g_defaultProperties.m_fillKind = 3;
-    const CDrawObj changed;
-    EXPECT_EQ(changed.m_lineWidth, 9);
-    EXPECT_EQ(changed.m_fillKind, 3);
+    EXPECT_EQ(CDrawObj().m_lineWidth, 9);
     ResetDefaultProperties();
     EXPECT_EQ(CDrawObj().m_lineWidth, 1);
-    EXPECT_EQ(g_defaultProperties.m_text, QStringLiteral("Text"));
-    EXPECT_EQ(g_defaultProperties.m_fontName, QStringLiteral("Arial"));
-
-    EXPECT_TRUE(std::isinf(CDrawObj(CRect(0, 5, 10, 5)).m_aspect));
 }
 
-TEST(DrawObj, HandlesGoClockwiseFromTheFirstCorner)
+TEST(DrawObj, HandlesGoClockwiseAndAreHitHighestFirst)
 {
     const CDrawObj object(CRect(0, 100, 201, 0));
     const CPoint expected[] = {{0, 100}, {100, 100}, {201, 100}, {201, 50}, {201, 0}, {100, 0}, {0, 0}, {0, 50}};
@@ -54,20 +30,13 @@ TEST(DrawObj, HandlesGoClockwiseFromTheFirstCorner)
     EXPECT_EQ(object.GetHandleRect(3, nullptr), CRect(189, 88, 213, 112));
     EXPECT_EQ(object.GetHandleCursor(1), Qt::SizeFDiagCursor);
     EXPECT_EQ(object.GetHandleCursor(7), Qt::SizeBDiagCursor);
-}
 
-TEST(DrawObj, HitTestComparesTheStoredRectangleUnlessSelected)
-{
-    CDrawObj normal(CRect(0, 0, 100, 100));
-    EXPECT_EQ(normal.HitTest(CPoint(100, 100), nullptr, false), 1); // edges count
+    // Unselected: the stored rectangle, edges included; drawn y-up it never hits.
+    CDrawObj normal(CRect(0, 0, 100, 100)), upward(CRect(0, 100, 100, 0)), tiny(CRect(0, 10, 10, 0));
+    EXPECT_EQ(normal.HitTest(CPoint(100, 100), nullptr, false), 1);
     EXPECT_EQ(normal.HitTest(CPoint(101, 50), nullptr, false), 0);
-
-    // Drawn y-up, top above bottom: the unselected test never hits.
-    CDrawObj upward(CRect(0, 100, 100, 0));
     EXPECT_EQ(upward.HitTest(CPoint(50, 50), nullptr, false), 0);
-
     // Selected: the handle squares, highest number first where they overlap.
-    CDrawObj tiny(CRect(0, 10, 10, 0));
     EXPECT_EQ(tiny.HitTest(CPoint(0, 10), nullptr, true), 8);
     EXPECT_EQ(upward.HitTest(CPoint(112, 112), nullptr, true), 3);
     EXPECT_EQ(upward.HitTest(CPoint(50, 50), nullptr, true), 0);
@@ -79,83 +48,59 @@ TEST(DrawObj, IntersectsAndIsInsideNormaliseBothRectangles)
     EXPECT_TRUE(object.Intersects(CRect(50, 50, 51, 51)));
     EXPECT_TRUE(object.Intersects(CRect(150, 150, 99, 99)));
     EXPECT_FALSE(object.Intersects(CRect(100, 100, 200, 200))); // touching edges do not overlap
-
-    EXPECT_TRUE(object.IsInside(CRect(-1, 101, 101, -1)));
     EXPECT_TRUE(object.IsInside(CRect(0, 0, 100, 100)));
     EXPECT_FALSE(object.IsInside(CRect(1, 0, 100, 100)));
-
     // A line without height counts as one unit high.
     CDrawObj flat(CRect(0, 20, 100, 20));
     EXPECT_TRUE(flat.IsInside(CRect(0, 20, 100, 21)));
     EXPECT_FALSE(flat.IsInside(CRect(0, 20, 100, 20)));
 }
 
-TEST(DrawObj, HandlesMoveTheirEdgesAndInvalidate)
+TEST(DrawObj, HandlesMoveTheirEdgesAndRepaint)
 {
     CDrawDoc doc;
     CountingView view;
     doc.AddView(&view);
     CDrawObj* object = doc.Add(std::make_unique<CDrawObj>(CRect(0, 100, 100, 0)));
-
     object->MoveHandleTo(5, CPoint(300, -50), nullptr);
     EXPECT_EQ(object->m_position, CRect(0, 100, 300, -50));
     EXPECT_DOUBLE_EQ(object->m_aspect, 2.0);
     EXPECT_EQ(view.updates, 2); // the old place and the new one
-
     object->MoveHandleTo(42, CPoint(-10, 110), nullptr); // unknown handles act as the first
     EXPECT_EQ(object->m_position, CRect(-10, 110, 300, -50));
-
     object->MoveTo(object->m_position, &view); // no change, no repaint
     EXPECT_EQ(view.invalidations, 0);
     object->MoveHandleTo(2, CPoint(0, 120), &view); // a given view repaints on its own
     EXPECT_EQ(view.invalidations, 2);
     EXPECT_EQ(view.updates, 4);
-}
 
-TEST(DrawObj, DrawBoundsCoverLineAndArrowHeads)
-{
-    CDrawObj object(CRect(0, 0, 100, 100));
-    object.m_lineWidth = 3;
-    object.m_startArrowSize = 2;
-    object.m_endArrowSize = 4;
-    EXPECT_EQ(object.GetDrawBounds(CRect(0, 0, 100, 100)), CRect(-26, -26, 126, 126));
-}
-
-TEST(DrawObj, ArrowsByCommandId)
-{
-    CDrawDoc doc;
-    CountingView view;
-    doc.AddView(&view);
-    CDrawObj* object = doc.Add(std::make_unique<CDrawObj>(CRect(0, 0, 10, 10)));
-    object->SetArrow(CDrawObj::StartArrowId, 20);
     object->SetArrow(CDrawObj::EndArrowId, 17);
-    EXPECT_EQ(object->GetArrow(CDrawObj::StartArrowId), 20);
-    EXPECT_EQ(object->GetArrow(CDrawObj::EndArrowId), 17);
-    EXPECT_EQ(object->GetArrow(1234), 16);
-    object->SetArrow(1234, 99); // changes nothing, still repaints
-    EXPECT_EQ(object->m_startArrow, 20);
     EXPECT_EQ(object->m_endArrow, 17);
-    EXPECT_EQ(view.updates, 3);
+    EXPECT_EQ(view.updates, 5);
+    object->SetArrow(1234, 99); // an unknown command changes nothing, still repaints
+    EXPECT_EQ(view.updates, 6);
+    EXPECT_EQ(object->GetArrow(1234), 16);
+    // The draw bounds hold the line and the larger arrow head.
+    object->m_lineWidth = 3;
+    object->m_startArrowSize = 2;
+    object->m_endArrowSize = 4;
+    EXPECT_EQ(object->GetDrawBounds(CRect(0, 0, 100, 100)), CRect(-26, -26, 126, 126));
 }
 
-TEST(DrawObj, CloneAndCopyProperties)
+TEST(DrawObj, CloneLeavesTheDocumentAndCopyPropertiesThePlace)
 {
     CDrawDoc doc;
     CDrawObj* original = doc.Add(std::make_unique<CDrawObj>(CRect(1, 2, 3, 4)));
     original->m_lineColor1 = gfx::Color(255, 10, 20, 30);
-    original->m_pictureFile = QStringLiteral("/pictures/a.png");
     original->m_lineReserved = 77;
-
     const std::unique_ptr<CDrawObj> clone = original->Clone();
     EXPECT_EQ(clone->m_position, original->m_position);
-    EXPECT_EQ(clone->m_pictureFile, original->m_pictureFile);
     EXPECT_EQ(clone->m_lineReserved, 77);
     EXPECT_EQ(clone->m_pDocument, nullptr);
     EXPECT_EQ(clone->GetLineColor(), gfx::RGB(10, 20, 30));
-
     CDrawObj target(CRect(9, 9, 19, 19));
     target.CopyProperties(*original);
-    EXPECT_EQ(target.m_position, CRect(9, 9, 19, 19)); // the place stays
+    EXPECT_EQ(target.m_position, CRect(9, 9, 19, 19));
     EXPECT_EQ(target.m_lineColor1, original->m_lineColor1);
 }
 
@@ -167,6 +112,6 @@ TEST(DrawObj, TrackerDrawsTwoSquaresPerHandleForSelectedStates)
     object.DrawTracker(graphics, 0, 300, 300);
     EXPECT_EQ(bitmap.image().pixel(10, 20), 0u);
     object.DrawTracker(graphics, 1, 300, 300);
-    EXPECT_EQ(qAlpha(bitmap.image().pixel(10, 20)), 255); // the black square's left side
+    EXPECT_EQ(qAlpha(bitmap.image().pixel(10, 20)), 255);         // the black square's left side
     EXPECT_EQ(bitmap.image().pixel(8, 20) & 0xFFFFFF, 0xFFFFFFu); // the white one around it
 }

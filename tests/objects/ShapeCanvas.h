@@ -1,5 +1,7 @@
 #pragma once
 
+#include "document/CView.h"
+#include "objects/CDrawRect.h"
 #include "platform/RenderQuality.h"
 #include "platform/graphics/Graphics.h"
 #include "platform/graphics/Image.h"
@@ -53,3 +55,47 @@ inline QImage twoBandPicture(int w, int h)
             picture.setPixel(x, y, y < h / 2 ? qRgb(255, 0, 0) : qRgb(0, 0, 255));
     return picture;
 }
+
+// Whether a one-unit square at (x, y) picks the object.
+inline bool picks(CDrawObj& object, int x, int y)
+{
+    return object.Intersects(CRect(x, y, x + 1, y + 1));
+}
+
+// Holds the given modifier keys down, and optionally fixes the screen resolution, while it lives.
+class HeldKeys {
+public:
+    explicit HeldKeys(Qt::KeyboardModifiers keys, int resolution = 0)
+        : m_savedKeys(CDrawRect::s_queryModifiers), m_savedResolution(CDrawRect::s_screenResolution)
+    {
+        s_keys = keys;
+        CDrawRect::s_queryModifiers = [] { return s_keys; };
+        if (resolution) {
+            s_resolution = resolution;
+            CDrawRect::s_screenResolution = [] { return s_resolution; };
+        }
+    }
+    ~HeldKeys()
+    {
+        CDrawRect::s_queryModifiers = m_savedKeys;
+        CDrawRect::s_screenResolution = m_savedResolution;
+    }
+
+private:
+    static inline Qt::KeyboardModifiers s_keys;
+    static inline int s_resolution = 0;
+    CDrawRect::ModifierQuery m_savedKeys;
+    CDrawRect::ResolutionQuery m_savedResolution;
+};
+
+// A view that counts the repaints asked of it.
+class CountingView : public CView {
+public:
+    void OnUpdate(CView*, int, CDrawObj*) override { ++updates; }
+    bool IsSelected(const CDrawObj*) const override { return false; }
+    bool IsActive() const override { return true; }
+    void Remove(CDrawObj*) override {}
+    void InvalidateObject(CDrawObj*) override { ++invalidations; }
+    int updates = 0;
+    int invalidations = 0;
+};
