@@ -1,0 +1,3 @@
+#include "fields/CTextFileBase.h"
+
+CTextFileBase::~CTextFileBase() = default;
