@@ -22,6 +22,8 @@ namespace {
 const QString SettingsSection = QStringLiteral("Settings");
 const gfx::Color White(255, 255, 255, 255);
 const gfx::Color MaskColor(192, 128, 128, 128);
+// More lines than any real label has at a millimetre apart (a metre of label).
+constexpr double MaxGridLines = 1000.0;
 
 // Truncates towards zero as a C cast does, but keeps values from a hand-edited profile or a
 // damaged template inside the range of int instead of overflowing.
@@ -502,9 +504,10 @@ void CDrawDoc::DrawGrid(gfx::Graphics& graphics, int cx, int cy, int label)
         auto& [inchCoarse, inchFine, mmCoarse, mmFine] = m_gridPaths;
         // Lines through the origin and out in both directions, so the grid is centred on the label.
         auto addLines = [&rect](gfx::GraphicsPath& path, double step, bool vertical, int every, int pick) {
-            if (step <= 0)
-                return;
             const double extent = vertical ? rect.right() : rect.bottom();
+            // A label from a damaged profile can be miles wide; its grid would never finish.
+            if (step <= 0 || extent / step > MaxGridLines)
+                return;
             for (int i = 0; i * step <= extent; ++i) {
                 if (i % every != pick)
                     continue;

@@ -156,11 +156,15 @@ std::unique_ptr<CDrawObj> CDrawObj::Clone() const
     return copy;
 }
 
+CDrawObj* CDrawObj::CloneInto(CDrawDoc& document) const
+{
+    return document.Add(Clone());
+}
+
 void CDrawObj::CopyInto(CDrawObj& copy) const
 {
     copy.CopyProperties(*this);
     copy.m_position = m_position;
-    copy.m_aspect = m_aspect;
 }
 
 void CDrawObj::Offset(int dx, int dy)
@@ -199,6 +203,7 @@ int CDrawObj::GetArrow(int which) const
 void CDrawObj::CopyProperties(const CDrawObj& source)
 {
     static_cast<DrawObjProperties&>(*this) = source;
+    m_aspect = source.m_aspect;
 }
 
 gfx::COLORREF CDrawObj::GetLineColor() const

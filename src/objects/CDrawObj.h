@@ -43,6 +43,8 @@ public:
     virtual void OnOpen(CView* view);
     // A deep copy of the same class, without the document and without caches.
     virtual std::unique_ptr<CDrawObj> Clone() const;
+    // A copy added to the document, which owns it.
+    CDrawObj* CloneInto(CDrawDoc& document) const;
     virtual void Offset(int dx, int dy);
     CRect GetRect() const { return m_position; }
     // The rectangle grown by everything that can paint outside it.

@@ -123,9 +123,9 @@ TEST_F(DocumentSizes, DiametersComeFromTheProfileWithTheFirstAreaAsDefault)
     addTemplate(DiscPrinter);
     useTemplate(0);
     // Defaults from the first area, in thousandths truncated.
-    EXPECT_NEAR(doc.GetOuterDia(), 4.645, 0.0011);
-    EXPECT_NEAR(doc.GetInnerDia(), 1.653, 0.0011);
-    EXPECT_NEAR(doc.GetBusDia(), 4.72, 0.0011);
+    EXPECT_DOUBLE_EQ(doc.GetOuterDia(), 4.645);
+    EXPECT_DOUBLE_EQ(doc.GetInnerDia(), 1.653);
+    EXPECT_DOUBLE_EQ(doc.GetBusDia(), 4.72);
 
     CDrawDoc other;
     other.SetTemplates(&templates);

@@ -213,3 +213,50 @@ TEST_F(LabelDrawing, HatchFollowsThePictureOffsetAndTheLabelNotTheScreen)
     drawBackground(lower);
     EXPECT_EQ(hatchPhase(lower.bitmap, 50), (phase + 5) % 8);
 }
+
+TEST_F(LabelDrawing, ViewShowsPerforationsAndTheGridOverTheLabel)
+{
+    // A perforation straight down the middle of the disc, given from the area's top-left corner.
+    templates.clear();
+    addTemplate("SHEET\nPerforated\n\n6\n6\n1\n0\n0\n"
+                "DISC\n1\nDisc\n3\n3\n4.65\n0.7\nPERF\n0\n2.325\n0\n2.325\n4.65\nENDPERF\nENDOBJECT\nEND\n");
+    useTemplate(0);
+    RecordingView view;
+    auto darkness = [](const gfx::Bitmap& bitmap, int x, int y) { return 255 - qGreen(bitmap.image().pixel(x, y)); };
+
+    LabelCanvas plain;
+    doc.DrawLabel(plain.graphics, 40, 40, &view, 0, true);
+    int dark = 0, light = 0;
+    for (int y = 10; y < 80; ++y) // the ring above the hole
+        (std::max(darkness(plain.bitmap, 99, y), darkness(plain.bitmap, 100, y)) > 100 ? dark : light)++;
+    EXPECT_GT(dark, 20);
+    EXPECT_GT(light, 10); // dashed, not solid
+    EXPECT_EQ(darkness(plain.bitmap, 130, 40), 0);
+
+    // The grid in inches: a heavy line every half inch (20 units here), a light one every tenth.
+    doc.m_bShowGrid = true;
+    LabelCanvas grid;
+    doc.DrawLabel(grid.graphics, 40, 40, &view, 0, true);
+    auto lineAt = [&](int x) { return std::max(darkness(grid.bitmap, x - 1, 60), darkness(grid.bitmap, x, 60)); };
+    EXPECT_GT(lineAt(120), lineAt(124)); // half inch: heavy and light together
+    EXPECT_GT(lineAt(124), lineAt(122)); // a tenth: light only; between lines: nothing
+    EXPECT_EQ(lineAt(122), 0);
+    // Without a view there is neither grid nor perforation.
+    LabelCanvas print;
+    doc.DrawLabel(print.graphics, 40, 40, nullptr, 0, true);
+    EXPECT_EQ(darkness(print.bitmap, 120, 60), 0);
+    EXPECT_EQ(darkness(print.bitmap, 100, 40), 0);
+}
+
+TEST_F(LabelDrawing, GridOfAnAbsurdlyLargeLabelIsLeftOut)
+{
+    templates.clear();
+    addTemplate(DiscPrinter);
+    useTemplate(0);
+    Profile::WriteInt(QString(), QStringLiteral("OuterDia"), 2000000000); // two million inches
+    doc.m_bShowGrid = true;
+    RecordingView view;
+    LabelCanvas canvas;
+    doc.DrawLabel(canvas.graphics, 300, 300, &view, 0, true); // returns, and soon
+    SUCCEED();
+}
