@@ -1,6 +1,7 @@
 // tessarelle-cli: the program's model without its windows, for scripts and diagnostics.
 
 #include "CliCommand.h"
+#include "DatafileCommand.h"
 #include "TemplatesCommand.h"
 
 #include <QCoreApplication>
@@ -15,6 +16,7 @@ std::vector<std::unique_ptr<CliCommand>> AllCommands()
 {
     std::vector<std::unique_ptr<CliCommand>> commands;
     commands.push_back(std::make_unique<TemplatesCommand>());
+    commands.push_back(std::make_unique<DatafileCommand>());
     return commands;
 }
 
