@@ -2,6 +2,7 @@
 
 #include "CliCommand.h"
 #include "DatafileCommand.h"
+#include "RewriteCommand.h"
 #include "TemplatesCommand.h"
 
 #include <QCoreApplication>
@@ -16,6 +17,7 @@ std::vector<std::unique_ptr<CliCommand>> AllCommands()
 {
     std::vector<std::unique_ptr<CliCommand>> commands;
     commands.push_back(std::make_unique<TemplatesCommand>());
+    commands.push_back(std::make_unique<RewriteCommand>());
     commands.push_back(std::make_unique<DatafileCommand>());
     return commands;
 }
