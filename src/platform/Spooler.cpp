@@ -256,8 +256,9 @@ bool Spooler::GetPrinter(const QString& queue, SpoolerPrinter* printer, int* err
         if (!rawName)
             continue;
         const QString name = QString::fromUtf8(rawName);
+        // A default that is not set ("no-value") is no option to hand on to a job.
         if (!name.endsWith(QLatin1String("-default")) || name.startsWith(QLatin1String("notify-")) ||
-            name.startsWith(QLatin1String("document-format")))
+            name.startsWith(QLatin1String("document-format")) || ippGetValueTag(attribute) < IPP_TAG_INTEGER)
             continue;
         char value[1024];
         ippAttributeString(attribute, value, sizeof value);

@@ -33,8 +33,8 @@ public:
     static constexpr int ErrorNotFound = 0x0406;
     static constexpr int ErrorUnavailable = 0x0503;
 
-    // The server this process talks to, "host:port" or a socket path; empty goes back to what
-    // CUPS itself would choose (CUPS_SERVER, client.conf, the local scheduler).
+    // The server the calling thread talks to, "host:port" or a socket path; empty goes back to
+    // what CUPS itself would choose (CUPS_SERVER, client.conf, the local scheduler).
     static void UseServer(const QString& server);
     // Seconds that one request may take before it counts as failed.
     static void SetTimeout(int seconds);

@@ -14,7 +14,10 @@
 // spooler) pointed at it, so no test sees or touches the machine's printers. Its queues:
 //   "Raw"  a raw queue whose device is socket://127.0.0.1:PORT, a SocketPrinter of the tests
 //          that keeps every byte a network printer would receive; the default printer;
-//   "PDF"  a queue of printer-driver-cups-pdf, described as "PDF printer".
+//   "PDF"  a queue of printer-driver-cups-pdf, described as "PDF printer". Its backend reads
+//          the machine's /etc/cups/cups-pdf.conf and writes into the job owner's ~/PDF (by the
+//          password file, not $HOME), so tests read what was printed from the raw queue and
+//          hold or cancel jobs on this one.
 // Started by the first test that asks for it, stopped when the test program ends. Every wait
 // has a time limit: a scheduler that can't run makes the tests fail with Failure(), not hang.
 class PrivateCups {

@@ -135,6 +135,19 @@ TEST_F(SpoolerTest, JobsReachTheSocketPrinterOrAreCancelled)
     EXPECT_EQ(finalState("Raw", held), Spooler::Canceled);
     EXPECT_EQ(cups.RawPrinter().Jobs().size(), 1);
 
+    // A queue's own defaults, driver options and all, are good options for a job on it.
+    SpoolerPrinter pdf;
+    ASSERT_TRUE(Spooler::GetPrinter("PDF", &pdf));
+    QList<SpoolerOption> options = pdf.jobOptions;
+    for (SpoolerOption& entry : options)
+        if (entry.first == QLatin1String("job-hold-until"))
+            entry.second = QStringLiteral("indefinite");
+    const int withOptions = Spooler::CreateJob("PDF", "options", options);
+    ASSERT_GT(withOptions, 0) << Spooler::ErrorText().toStdString();
+    ASSERT_TRUE(Spooler::GetJobState("PDF", withOptions, &state));
+    EXPECT_EQ(state, Spooler::Held);
+    EXPECT_TRUE(Spooler::CancelJob("PDF", withOptions));
+
     ASSERT_TRUE(Spooler::GetJobState("Raw", 999999, &state));
     EXPECT_EQ(state, Spooler::Gone);
 }
