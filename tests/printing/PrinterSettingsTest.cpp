@@ -46,6 +46,39 @@ QByteArray fileOf(const QByteArray& devMode, const QByteArray& devNames)
     return length(quint32(devMode.size())) + devMode + length(quint32(devNames.size())) + devNames;
 }
 
+TEST(PrinterRecords, CopiesResolutionAndNames)
+{
+    // Copies: read, set in place among the other options, added when missing.
+    QByteArray mode = DEVMODE::Build({{"Resolution", "600x300dpi"}, {"copies", "5"}, {"media", "iso_a4_210x297mm"}});
+    EXPECT_EQ(DEVMODE::Copies(mode), 5);
+    DEVMODE::SetCopies(mode, 1);
+    EXPECT_EQ(mode, "Resolution=600x300dpi\ncopies=1\nmedia=iso_a4_210x297mm\n");
+    QByteArray none = DEVMODE::Build({{"media", "a=b"}});
+    EXPECT_FALSE(DEVMODE::HasCopies(none));
+    EXPECT_EQ(DEVMODE::Options(none), QList<SpoolerOption>({{"media", "a=b"}}));
+    DEVMODE::SetCopies(none, 2);
+    EXPECT_TRUE(DEVMODE::HasCopies(none));
+    EXPECT_EQ(DEVMODE::Copies(none), 2);
+
+    // Resolution: the IPP default before a driver's own, 300 when neither says.
+    EXPECT_EQ(DEVMODE::Resolution(mode), 600);
+    EXPECT_EQ(DEVMODE::Resolution(DEVMODE::Build({{"Resolution", "1200dpi"}, {"printer-resolution", "360dpi"}})), 360);
+    EXPECT_EQ(DEVMODE::Resolution(DEVMODE::Build({{"Resolution", "Normal"}})), 300);
+    EXPECT_EQ(DEVMODE::Resolution(QByteArray()), 300);
+
+    // Names round trip, with characters beyond Latin-1; the default flag sits in the header.
+    QByteArray names = DEVNAMES::Build(QString::fromUtf8("Dr\u00E4ver"), "Disc \u2460", "usb://x", 0);
+    EXPECT_EQ(DEVNAMES::Driver(names), QString::fromUtf8("Dr\u00E4ver"));
+    EXPECT_EQ(DEVNAMES::Device(names), "Disc \u2460");
+    EXPECT_EQ(DEVNAMES::Output(names), "usb://x");
+    DEVNAMES::SetDefault(names, DEVNAMES::DN_DEFAULTPRN);
+    EXPECT_EQ(DEVNAMES::Default(names), DEVNAMES::DN_DEFAULTPRN);
+    EXPECT_EQ(DEVNAMES::Output(names), "usb://x");
+    // A record cut short names nothing beyond its end.
+    EXPECT_EQ(DEVNAMES::Output(names.left(names.size() - 4)), "usb://");
+    EXPECT_TRUE(DEVNAMES::Device(names.left(6)).isEmpty());
+}
+
 class PrinterSettingsTest : public ::testing::Test {
 protected:
     void SetUp() override
@@ -144,6 +177,10 @@ TEST_F(PrinterSettingsTest, LoadReadsTheSavedFileOrTakesTheDefaultPrinter)
     EXPECT_EQ(second.hDevMode, first.hDevMode);
     EXPECT_EQ(second.hDevNames, first.hDevNames);
     ASSERT_TRUE(cups.Run("lpadmin", {"-p", "Raw", "-o", "copies-default=1"}));
+
+    // Save joins the data folder to the name it is given, so a full path goes nowhere.
+    EXPECT_EQ(second.Save(CPrinterSettings::DataDirectory() + "settings"), ENOENT);
+    EXPECT_FALSE(QFile::exists(CPrinterSettings::DataDirectory() + "settings"));
 
     // A network printer's name stands sanitised in its file's name.
     const QByteArray networkNames = DEVNAMES::Build("Driver", "\\\\server\\printer", "ipp://server/printer");
