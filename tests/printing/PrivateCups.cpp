@@ -14,6 +14,8 @@
 #include <grp.h>
 #include <netinet/in.h>
 #include <pwd.h>
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -160,6 +162,8 @@ bool PrivateCups::Start()
     }
 
     m_cupsd.setProcessChannelMode(QProcess::MergedChannels);
+    // A test program that dies (a crash, a time limit) takes its scheduler with it.
+    m_cupsd.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_cupsd.start(cupsd, {"-f", "-c", root + "/cupsd.conf", "-s", root + "/cups-files.conf"});
     if (!m_cupsd.waitForStarted(StartTimeoutMs)) {
         m_failure = QStringLiteral("cupsd did not start: %1").arg(m_cupsd.errorString());
