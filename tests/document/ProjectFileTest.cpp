@@ -5,12 +5,16 @@
 #include "objects/CDrawPoly.h"
 #include "objects/CDrawRect.h"
 #include "platform/MessageBox.h"
+#include "platform/graphics/Graphics.h"
+#include "platform/graphics/Image.h"
 
 #include <QDir>
 #include <QFile>
 #include <sys/resource.h>
+#include <climits>
 #include <csignal>
 #include <functional>
+#include <limits>
 
 namespace {
 
@@ -421,4 +425,50 @@ TEST_F(ProjectFile, AFailedSaveReportsAndLeavesTheOldFile)
     EXPECT_TRUE(doc.IsModified());
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("keep.dst")})
         << "no temporary file left behind";
+}
+
+TEST_F(ProjectFile, ObjectsWithAbsurdValuesFromAFileDrawAndPickWithoutHarm)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float inf = std::numeric_limits<float>::infinity();
+    ArchiveBytes b;
+    b.str8("Tessarelle_1.7").i32(0).f64(4.65).f64(1.5).f64(4.72);
+    b.i32(-1).u32(0).u32(0).str8("").i32(0).i32(0).f64(1).i32(4).u8(1);
+    b.u16(9).newClass("CDrawRect");
+    b.objectRecord(INT_MIN, INT_MAX, INT_MAX, INT_MIN).i32(3).i32(-5).i32(INT_MAX).f32(nan).f32(inf).f32(inf).f32(-inf);
+    b.u16(0x8001).objectRecord(-100, 100, 100, -100).i32(3).i32(0).i32(0).f32(1e30f).f32(-1e30f).f32(1e30f).f32(0);
+    b.u16(0x8001).objectRecord(0, 0, 0, 0).i32(0xFF).i32(0).i32(0).f32(0).f32(0).f32(0).f32(0);
+    b.u16(0x8001).objectRecord(-50, 50, 50, -50).i32(1).i32(INT_MIN).i32(INT_MIN).f32(0).f32(0).f32(0).f32(0);
+    b.u16(0x8001).objectRecord(-50, 50, 50, -50).i32(10).i32(0).i32(0).f32(0).f32(0).f32(0).f32(0);
+    b.newClass("CDrawPoly").objectRecord(0, 0, 0, 0).u16(0).u16(0).u8(0);
+    b.u16(0x8007).objectRecord(0, 0, 0, 0).u16(1).u16(0).u8(3).i32(5).i32(5);
+    b.u16(0x8007).objectRecord(0, 0, 0, 0).u16(2).u16(0).u8(7).i32(INT_MIN).i32(INT_MAX).i32(INT_MAX).i32(INT_MIN);
+    b.u16(0x8007).objectRecord(0, 0, 0, 0).u16(4).u16(0).u8(2).i32(0).i32(0).i32(0).i32(0).i32(0).i32(0).i32(9).i32(9);
+    for (int label = 1; label < 3; ++label)
+        b.i32(55).u32(0).u32(0).str8("").i32(INT_MIN).i32(INT_MAX).f64(-1e300).i32(-7).u8(200).u16(0);
+    b.i32(0);
+    ASSERT_TRUE(doc.OnOpenDocument(folder.write(QStringLiteral("absurd.dst"), b.data)));
+    ASSERT_EQ(doc.GetObjects(0).GetCount(), 9);
+
+    addTemplate(OneDiscSheet);
+    useTemplate(0);
+    RecordingView view;
+    doc.AddView(&view);
+    for (int label = 0; label < 3; ++label) {
+        const auto bitmap = doc.RenderBitmap(100, 100, true, true);
+        EXPECT_NE(bitmap, nullptr);
+        gfx::Bitmap screen(300, 300);
+        gfx::Graphics graphics(screen);
+        doc.SetCurLabel(label);
+        doc.DrawLabel(graphics, 100, 100, &view, label, true);
+    }
+    for (const auto& object : doc.GetObjects(0)) {
+        view.selection = {object.get()};
+        object->Intersects(CRect(-10, 10, 10, -10));
+        object->GetDrawBounds(object->m_position);
+        for (int handle = 1; handle <= std::min(object->GetHandleCount(), 20); ++handle)
+            object->GetHandle(handle);
+        object->HitTest(CPoint(0, 0), nullptr, true);
+    }
+    doc.RemoveView(&view);
 }
