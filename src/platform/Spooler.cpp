@@ -267,8 +267,8 @@ bool Spooler::GetPrinter(const QString& queue, SpoolerPrinter* printer, int* err
     ippDelete(response);
 
     printer->jobOptions.append(ppdDefaults(fetchPpd(connection.get(), queue)));
-    const bool hasCopies = std::any_of(printer->jobOptions.begin(), printer->jobOptions.end(),
-                                       [](const SpoolerOption& option) { return option.first == QLatin1String("copies"); });
+    const auto isCopies = [](const SpoolerOption& option) { return option.first == QLatin1String("copies"); };
+    const bool hasCopies = std::any_of(printer->jobOptions.begin(), printer->jobOptions.end(), isCopies);
     if (!hasCopies)
         printer->jobOptions.append({QStringLiteral("copies"), QStringLiteral("1")});
     std::stable_sort(printer->jobOptions.begin(), printer->jobOptions.end(),
@@ -284,7 +284,8 @@ int Spooler::CreateJob(const QString& queue, const QString& title, const QList<S
     int count = 0;
     cups_option_t* cupsOptions = nullptr;
     for (const SpoolerOption& option : options)
-        count = cupsAddOption(option.first.toUtf8().constData(), option.second.toUtf8().constData(), count, &cupsOptions);
+        count = cupsAddOption(option.first.toUtf8().constData(), option.second.toUtf8().constData(), count,
+                              &cupsOptions);
     const int job = cupsCreateJob(connection.get(), queue.toUtf8().constData(), title.toUtf8().constData(), count,
                                   cupsOptions);
     cupsFreeOptions(count, cupsOptions);

@@ -28,7 +28,17 @@ struct SpoolerPrinter {
 // server can't be reached, ...); ErrorText describes the last one.
 class Spooler {
 public:
-    enum JobState { Gone = 0, Pending = 3, Held = 4, Processing = 5, Stopped = 6, Canceled = 7, Aborted = 8, Completed = 9 };
+    // IPP job states, and Gone for a job the spooler no longer knows.
+    enum JobState {
+        Gone = 0,
+        Pending = 3,
+        Held = 4,
+        Processing = 5,
+        Stopped = 6,
+        Canceled = 7,
+        Aborted = 8,
+        Completed = 9
+    };
 
     static constexpr int ErrorNotFound = 0x0406;
     static constexpr int ErrorUnavailable = 0x0503;

@@ -230,7 +230,8 @@ bool CPrinterSettings::GetPrinterHandles(const QString& name, HGLOBAL* pDevMode,
     QString queue;
     int error = 0;
     if (!Spooler::FindPrinter(name, &queue, &error)) {
-        MessageBox::Show(QStringLiteral("Error:  Unable to connect to %1. Error %2").arg(name, QString::number(unsigned(error))));
+        MessageBox::Show(
+            QStringLiteral("Error:  Unable to connect to %1. Error %2").arg(name, QString::number(unsigned(error))));
         return false;
     }
     SpoolerPrinter printer;

@@ -224,7 +224,8 @@ TEST_F(PrinterSettingsTest, DamagedFilesAreReadAsFarAsTheyGo)
     EXPECT_FALSE(huge.hDevNames);
 
     // Records that don't parse as printer records give empty values, never more.
-    writeFile(savedFile("Garbage"), length(3) + QByteArray::fromHex("FFFE00") + length(5) + QByteArray::fromHex("FFFFFFFF01"));
+    writeFile(savedFile("Garbage"),
+              length(3) + QByteArray::fromHex("FFFE00") + length(5) + QByteArray::fromHex("FFFFFFFF01"));
     CPrinterSettings garbage;
     EXPECT_EQ(garbage.Load("Garbage"), 0);
     EXPECT_TRUE(garbage.UpdateName());
