@@ -1,8 +1,8 @@
 #include "fields/DataFields.h"
 
 #include "document/CDrawDoc.h"
+#include "fields/CFieldMessageScope.h"
 #include "fields/CTextFileRead.h"
-#include "platform/MessageBox.h"
 
 std::vector<DATAFIELD> g_dataFields;
 
@@ -120,7 +120,7 @@ QString ReadFieldRecord(int index)
     const DATAFIELD field = g_dataFields[size_t(index)];
     CTextFileRead file(field.FileName);
     if (!file.IsOpen()) {
-        MessageBox::Show(QStringLiteral("Invalid DataField Filename specififed in tag ") + field.Tag + u'.');
+        CFieldMessageScope::Report(QStringLiteral("Invalid DataField Filename specififed in tag ") + field.Tag + u'.');
         return {};
     }
     QString content;

@@ -28,7 +28,7 @@ constexpr qsizetype MaxExpansionGrowth = qsizetype(1) << 18;
 QString FieldValue(int index, const QDateTime& now);
 
 // The record that the Data File field at `index` shows next. The file is read anew each time;
-// one that can't be opened is reported and gives an empty record.
+// one that can't be opened is reported (see CFieldMessageScope) and gives an empty record.
 QString ReadFieldRecord(int index);
 
 // The character that ends a record of a data file: LF for Line (so a record of a file with

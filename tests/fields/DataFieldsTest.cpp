@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 #include "document/CDrawDoc.h"
+#include "fields/CFieldMessageScope.h"
 #include "fields/DataFields.h"
 #include "platform/MessageBox.h"
 
@@ -211,6 +212,44 @@ TEST_F(DataFieldsTest, AMissingDataFileIsReportedAtEachReplacement)
     EXPECT_EQ(messages, QStringList(2, "Invalid DataField Filename specififed in tag <name>."));
     EXPECT_EQ(ReadFieldRecord(1), "") << "no field there";
     EXPECT_EQ(ReadFieldRecord(-1), "");
+}
+
+TEST_F(DataFieldsTest, InTheWindowEachMessageComesOncePerDrawing)
+{
+    addDataFile(folder.path() + "/missing.txt", DATAFIELD::Line).Tag = "<a>";
+    addDataFile(folder.path() + "/gone.txt", DATAFIELD::Line).Tag = "<b>";
+    const QStringList both = {"Invalid DataField Filename specififed in tag <a>.",
+                              "Invalid DataField Filename specififed in tag <b>."};
+    {
+        CFieldMessageScope drawing;
+        {
+            CFieldMessageScope label;
+            EXPECT_EQ(ExpandTags("<a><a><b>"), "");
+        }
+        EXPECT_EQ(ExpandTags("<b><a>"), "");
+        EXPECT_TRUE(messages.isEmpty()) << "nothing from the middle of the painting";
+    }
+    EXPECT_EQ(messages, both);
+    {
+        CFieldMessageScope nextDrawing;
+        ExpandTags("<b>");
+    }
+    EXPECT_EQ(messages, both + QStringList{both[1]});
+
+    // The drawings behind a message that is up add none of their own.
+    messages.clear();
+    MessageBox::SetPresenter([this](const QString& text, int) {
+        messages << text;
+        CFieldMessageScope repaint;
+        ExpandTags("<a><b>");
+        return int(MessageBox::IdOk);
+    });
+    EXPECT_EQ(ExpandTags("<a>"), "");
+    {
+        CFieldMessageScope drawing;
+        ExpandTags("<a><b>");
+    }
+    EXPECT_EQ(messages, (QStringList{both[0]} + both));
 }
 
 TEST_F(DataFieldsTest, AdvanceFieldsMovesTheCountersOfOneDisc)
