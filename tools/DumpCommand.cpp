@@ -7,6 +7,7 @@
 #include "fields/DataFields.h"
 #include "objects/CDrawPoly.h"
 #include "objects/CDrawRect.h"
+#include "objects/CDrawText.h"
 
 namespace {
 
@@ -170,6 +171,37 @@ void DumpCommand::WriteObject(JsonWriter& json, const CDrawObj& o)
         for (const CPoint& p : poly->GetPoints())
             writePoint(json, p);
         json.EndArray();
+    } else if (const auto* text = dynamic_cast<const CDrawText*>(&o)) {
+        json.Member(QStringLiteral("angle"), double(text->m_angle));
+        json.Member(QStringLiteral("text"), text->m_text);
+        writeColor(json, QStringLiteral("textColor"), text->m_textColor);
+        json.Member(QStringLiteral("aux1"), text->m_aux1);
+        writeColor(json, QStringLiteral("auxColor1"), text->m_auxColor1);
+        json.Member(QStringLiteral("auxByte1"), int(text->m_auxByte1));
+        json.Member(QStringLiteral("auxInt1"), text->m_auxInt1);
+        json.Member(QStringLiteral("fontName"), text->m_fontName);
+        json.Member(QStringLiteral("fontSize"), text->m_fontSize);
+        json.Member(QStringLiteral("textPathKind"), text->m_textPathKind);
+        json.Member(QStringLiteral("fontStyle"), text->m_fontStyle);
+        json.Member(QStringLiteral("auxByte2"), int(text->m_auxByte2));
+        json.Member(QStringLiteral("justify"), text->m_justify);
+        json.Member(QStringLiteral("textTransparency"), int(text->m_textTransparency));
+        json.Member(QStringLiteral("textStyle"), int(text->m_textStyle));
+        writeColor(json, QStringLiteral("edgeColor"), text->m_edgeColor);
+        json.Member(QStringLiteral("aux2"), text->m_aux2);
+        writeColor(json, QStringLiteral("auxColor2"), text->m_auxColor2);
+        json.Member(QStringLiteral("auxByte3"), int(text->m_auxByte3));
+        json.Member(QStringLiteral("auxInt2"), text->m_auxInt2);
+        json.Member(QStringLiteral("edgeSize"), int(text->m_edgeSize));
+        json.Member(QStringLiteral("edgeBlur"), int(text->m_edgeBlur));
+        json.Member(QStringLiteral("edgeTransparency"), int(text->m_edgeTransparency));
+        json.Member(QStringLiteral("shadowOn"), text->m_shadowOn);
+        json.Member(QStringLiteral("shadowX"), text->m_shadowX);
+        json.Member(QStringLiteral("shadowY"), text->m_shadowY);
+        json.Member(QStringLiteral("shadowBlur"), int(text->m_shadowBlur));
+        json.Member(QStringLiteral("shadowTransparency"), int(text->m_shadowTransparency));
+        json.Member(QStringLiteral("tracking"), text->m_tracking);
+        json.Member(QStringLiteral("leading"), text->m_leading);
     }
     json.EndObject();
 }

@@ -43,13 +43,14 @@ void PrintUsage(QTextStream& stream, const std::vector<std::unique_ptr<CliComman
 
 int main(int argc, char** argv)
 {
-    // No command needs a display; rendering takes QGuiApplication (for fonts), on the
-    // offscreen platform when QT_QPA_PLATFORM is unset.
-    const bool rendering = argc > 1 && qstrcmp(argv[1], "render") == 0;
-    if (rendering && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    // No command needs a display, but those that open projects lay out text and so need fonts,
+    // which take QGuiApplication; it runs on the offscreen platform when QT_QPA_PLATFORM is unset.
+    const bool opensProjects = argc > 1
+        && (qstrcmp(argv[1], "dump") == 0 || qstrcmp(argv[1], "resave") == 0 || qstrcmp(argv[1], "render") == 0);
+    if (opensProjects && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    const std::unique_ptr<QCoreApplication> app =
-        rendering ? std::make_unique<QGuiApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
+    const std::unique_ptr<QCoreApplication> app = opensProjects ? std::make_unique<QGuiApplication>(argc, argv)
+                                                                : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tessarelle-cli"));
 
     QTextStream out(stdout);
