@@ -16,9 +16,9 @@ struct SpoolerPrinter {
     QString deviceUri;     // device-uri
     int state = 0;         // printer-state: 3 idle, 4 processing, 5 stopped
     bool acceptingJobs = false;
-    bool isDefault = false;
+    bool isDefault = false; // filled by Destinations
     // The queue's default job options (copies, media, resolution, driver options), sorted by
-    // name; "copies" is always among them.
+    // name; "copies" is always among them. Filled by GetPrinter.
     QList<SpoolerOption> jobOptions;
 };
 
