@@ -42,12 +42,15 @@ QString FieldValue(int index, const QDateTime& now)
         return field.TwoDigitYear ? QString::asprintf("%2.2u", uint32_t(date.year()) - 2000u)
                                   : QString::asprintf("%u", unsigned(date.year()));
     case DATAFIELD::Month:
-        return field.MonthNames ? QString::fromLatin1(MonthNames[date.month() - 1])
-                                : QString::asprintf("%u", unsigned(date.month()));
+        if (!field.MonthNames)
+            return QString::asprintf("%u", unsigned(date.month()));
+        // An invalid date has month 0 and no name.
+        return date.isValid() ? QString::fromLatin1(MonthNames[date.month() - 1]) : QString();
     case DATAFIELD::Day:
         // dayOfWeek counts Monday as 1 and Sunday as 7; the names start at Sunday.
-        return field.DayNames ? QString::fromLatin1(DayNames[date.dayOfWeek() % 7])
-                              : QString::asprintf("%u", unsigned(date.day()));
+        if (!field.DayNames)
+            return QString::asprintf("%u", unsigned(date.day()));
+        return date.isValid() ? QString::fromLatin1(DayNames[date.dayOfWeek() % 7]) : QString();
     case DATAFIELD::Time:
         return TimeValue(field, now.time());
     case DATAFIELD::Disc:

@@ -94,6 +94,10 @@ TEST_F(DataFieldsTest, DateValuesInTheirFormats)
     EXPECT_EQ(valueAt(DATAFIELD::Day, at(2024, 7, 7), dayNames), "Sunday");
     EXPECT_EQ(valueAt(DATAFIELD::Day, at(2024, 7, 8), dayNames), "Monday");
     EXPECT_EQ(valueAt(DATAFIELD::Day, at(2024, 7, 13), dayNames), "Saturday");
+
+    // A clock that gives no valid date names nothing.
+    EXPECT_EQ(valueAt(DATAFIELD::Month, QDateTime(), monthNames), "");
+    EXPECT_EQ(valueAt(DATAFIELD::Day, QDateTime(), dayNames), "");
 }
 
 TEST_F(DataFieldsTest, TimeKeepsItsTwelveHourRule)
