@@ -2,6 +2,8 @@
 
 #include "fields/Windows1252.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <bit>
 
@@ -18,7 +20,8 @@ constexpr qint64 MaxReserve = qint64(1) << 26;
 CTextFileRead::CTextFileRead(const QString& path)
 {
     File = std::make_unique<QFile>(path);
-    if (path.isEmpty() || !File->open(QIODevice::ReadOnly))
+    // Only a plain file: a device such as /dev/zero never ends, and a pipe would block.
+    if (!QFileInfo(path).isFile() || !File->open(QIODevice::ReadOnly))
         EndOfFile = true;
     else
         DetectEncoding();

@@ -10,8 +10,8 @@
 // CR, LF and CR LF each end a line.
 class CTextFileRead : public CTextFileBase {
 public:
-    // Opens the file and detects its encoding. A file that can't be opened gives a reader
-    // that is not open and at its end.
+    // Opens the file and detects its encoding. A file that can't be opened, or that is not a
+    // plain file (a folder, a device, a pipe), gives a reader that is not open and at its end.
     explicit CTextFileRead(const QString& path);
     ~CTextFileRead() override;
 
