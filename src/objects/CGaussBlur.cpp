@@ -4,13 +4,21 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <thread>
+#include <vector>
+
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
 
 namespace {
 
-// Weights are held below this so that a sum of 255-valued bytes stays under 2^31 (what Divider
-// takes). Only a sigma below about 0.2 reaches it, whose kernel is (1, W, 1): there any W above
-// 510 truncates to the same results, so holding it changes no pixel.
-constexpr std::uint32_t WeightLimit = (1u << 31) / 255 / CGaussBlur::MaxKernelSize;
+// Weights are held below this so that two of them fit the signed 16 bits the row arithmetic
+// multiplies in, and a sum of 255-valued bytes stays under 2^31 (what Divider takes). Only a
+// sigma below about 0.2 reaches it, whose kernel is (1, W, 1): there any W above 510 truncates
+// to the same results, so holding it changes no pixel.
+constexpr std::uint32_t WeightLimit = 32767;
+static_assert(std::uint64_t(WeightLimit) * 255 * CGaussBlur::MaxKernelSize < (1u << 31));
 
 // Truncating division of x < 2^31 by a fixed divisor, by one multiplication:
 // x / d = x * ceil(2^s / d) >> s with s = 31 + ceil(log2 d). A divisor of 0 divides nothing.
@@ -27,6 +35,8 @@ public:
     {
         return std::uint8_t(std::min<std::uint64_t>((x * m_multiplier) >> m_shift, 255));
     }
+    std::uint64_t Multiplier() const { return m_multiplier; } // below 2^32
+    int Shift() const { return m_shift; }
 
 private:
     std::uint64_t m_multiplier = 1;
@@ -52,10 +62,118 @@ Window windowAt(int i, int length, int radius)
     return {i - radius, 0, 2 * radius + 1};
 }
 
-void accumulate(std::uint32_t* sums, const std::uint8_t* bytes, int count, std::uint32_t weight)
+// sums[i] = the sum over k of weights[k] x base[k x step + i], for `bytes` bytes.
+void weigh(const std::uint8_t* base, std::ptrdiff_t step, const std::int16_t* weights, int count, int bytes,
+           std::uint32_t* sums)
 {
-    for (int j = 0; j < count; ++j)
-        sums[j] += weight * bytes[j];
+    std::fill(sums, sums + bytes, 0u);
+    for (int k = 0; k < count; ++k) {
+        const std::uint8_t* row = base + k * step;
+        for (int i = 0; i < bytes; ++i)
+            sums[i] += std::uint32_t(weights[k]) * row[i];
+    }
+}
+
+// The same for 16 bytes, two weights at a time in 16-bit lanes where the processor has them.
+void weigh16(const std::uint8_t* base, std::ptrdiff_t step, const std::int16_t* weights, int count,
+             std::uint32_t* sums)
+{
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    __m128i acc[4] = {zero, zero, zero, zero};
+    for (int k = 0; k < count; k += 2) {
+        const bool pair = k + 1 < count;
+        const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(base + k * step));
+        const __m128i b = pair ? _mm_loadu_si128(reinterpret_cast<const __m128i*>(base + (k + 1) * step)) : zero;
+        const int second = pair ? std::uint16_t(weights[k + 1]) : 0;
+        const __m128i w = _mm_set1_epi32(second << 16 | std::uint16_t(weights[k]));
+        const __m128i alo = _mm_unpacklo_epi8(a, zero), ahi = _mm_unpackhi_epi8(a, zero);
+        const __m128i blo = _mm_unpacklo_epi8(b, zero), bhi = _mm_unpackhi_epi8(b, zero);
+        acc[0] = _mm_add_epi32(acc[0], _mm_madd_epi16(_mm_unpacklo_epi16(alo, blo), w));
+        acc[1] = _mm_add_epi32(acc[1], _mm_madd_epi16(_mm_unpackhi_epi16(alo, blo), w));
+        acc[2] = _mm_add_epi32(acc[2], _mm_madd_epi16(_mm_unpacklo_epi16(ahi, bhi), w));
+        acc[3] = _mm_add_epi32(acc[3], _mm_madd_epi16(_mm_unpackhi_epi16(ahi, bhi), w));
+    }
+    for (int i = 0; i < 4; ++i)
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + 4 * i), acc[i]);
+#else
+    weigh(base, step, weights, count, 16, sums);
+#endif
+}
+
+#if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
+// The same for 32 bytes, for processors with 256-bit lanes. Those lanes interleave within
+// their 128-bit halves, so each half holds the sums of its own 16 bytes.
+__attribute__((target("avx2"))) void weigh32(const std::uint8_t* base, std::ptrdiff_t step,
+                                             const std::int16_t* weights, int count, std::uint32_t* sums)
+{
+    const __m256i zero = _mm256_setzero_si256();
+    __m256i acc[4] = {zero, zero, zero, zero};
+    for (int k = 0; k < count; k += 2) {
+        const bool pair = k + 1 < count;
+        const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(base + k * step));
+        const __m256i b =
+            pair ? _mm256_loadu_si256(reinterpret_cast<const __m256i*>(base + (k + 1) * step)) : zero;
+        const int second = pair ? std::uint16_t(weights[k + 1]) : 0;
+        const __m256i w = _mm256_set1_epi32(second << 16 | std::uint16_t(weights[k]));
+        const __m256i alo = _mm256_unpacklo_epi8(a, zero), ahi = _mm256_unpackhi_epi8(a, zero);
+        const __m256i blo = _mm256_unpacklo_epi8(b, zero), bhi = _mm256_unpackhi_epi8(b, zero);
+        acc[0] = _mm256_add_epi32(acc[0], _mm256_madd_epi16(_mm256_unpacklo_epi16(alo, blo), w));
+        acc[1] = _mm256_add_epi32(acc[1], _mm256_madd_epi16(_mm256_unpackhi_epi16(alo, blo), w));
+        acc[2] = _mm256_add_epi32(acc[2], _mm256_madd_epi16(_mm256_unpacklo_epi16(ahi, bhi), w));
+        acc[3] = _mm256_add_epi32(acc[3], _mm256_madd_epi16(_mm256_unpackhi_epi16(ahi, bhi), w));
+    }
+    for (int i = 0; i < 4; ++i) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + 4 * i), _mm256_castsi256_si128(acc[i]));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + 16 + 4 * i), _mm256_extracti128_si256(acc[i], 1));
+    }
+}
+
+bool hasWideLanes()
+{
+    static const bool wide = __builtin_cpu_supports("avx2");
+    return wide;
+}
+#else
+void weigh32(const std::uint8_t* base, std::ptrdiff_t step, const std::int16_t* weights, int count,
+             std::uint32_t* sums)
+{
+    weigh16(base, step, weights, count, sums);
+    weigh16(base + 16, step, weights, count, sums + 16);
+}
+
+bool hasWideLanes()
+{
+    return false;
+}
+#endif
+
+// Output bytes from 16 sums: divided where `blurred` has 0xFF, else the input byte where
+// `copied` has 0xFF, else 0.
+void store16(const std::uint32_t* sums, const std::uint8_t* in, std::uint8_t* out, const Divider& divide,
+             const std::uint8_t* blurred, const std::uint8_t* copied)
+{
+#if defined(__SSE2__)
+    const __m128i multiplier = _mm_set1_epi32(int(std::uint32_t(divide.Multiplier())));
+    const __m128i shift = _mm_cvtsi32_si128(divide.Shift());
+    __m128i quotients[4];
+    for (int i = 0; i < 4; ++i) {
+        const __m128i x = _mm_loadu_si128(reinterpret_cast<const __m128i*>(sums + 4 * i));
+        const __m128i even = _mm_srl_epi64(_mm_mul_epu32(x, multiplier), shift);
+        const __m128i odd = _mm_srl_epi64(_mm_mul_epu32(_mm_srli_epi64(x, 32), multiplier), shift);
+        quotients[i] = _mm_or_si128(even, _mm_slli_epi64(odd, 32));
+    }
+    const __m128i bytes = _mm_packus_epi16(_mm_packs_epi32(quotients[0], quotients[1]),
+                                           _mm_packs_epi32(quotients[2], quotients[3]));
+    const __m128i keep = _mm_and_si128(_mm_loadu_si128(reinterpret_cast<const __m128i*>(in)),
+                                       _mm_loadu_si128(reinterpret_cast<const __m128i*>(copied)));
+    const __m128i result =
+        _mm_or_si128(_mm_and_si128(bytes, _mm_loadu_si128(reinterpret_cast<const __m128i*>(blurred))), keep);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), result);
+#else
+    for (int j = 0; j < 16; ++j)
+        out[j] = blurred[j] ? divide(sums[j]) : in[j] & copied[j];
+#endif
 }
 
 } // namespace
@@ -89,13 +207,29 @@ bool CGaussBlur::MakeKernel(float sigma)
 bool CGaussBlur::Pass(const gfx::BitmapData& from, const gfx::BitmapData& to, bool alongRows, int channels,
                       bool copyOthers) const
 {
+    // Output rows depend on the input alone, so a large bitmap is shared out between two threads.
+    const int height = from.Height;
+    if (height < 256 || std::thread::hardware_concurrency() < 2)
+        return PassRows(from, to, alongRows, channels, copyOthers, 0, height);
+    bool lowerDone = false;
+    std::thread lower([&] { lowerDone = PassRows(from, to, alongRows, channels, copyOthers, height / 2, height); });
+    const bool upperDone = PassRows(from, to, alongRows, channels, copyOthers, 0, height / 2);
+    lower.join();
+    return upperDone && lowerDone;
+}
+
+bool CGaussBlur::PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to, bool alongRows, int channels,
+                          bool copyOthers, int firstRow, int endRow) const
+{
     // Every line (a row, or a column) has `length` pixels, and the pixels of a line lie `step`
-    // bytes apart. Lines are worked in bulk: along rows a whole row of sums at once, along
-    // columns one output row at a time from whole input rows.
+    // bytes apart. Along rows the weights run over neighbouring pixels of the same row; along
+    // columns over whole rows, so that both passes work on runs of bytes.
     const int width = from.Width, height = from.Height;
     const int length = alongRows ? width : height;
     const int radius = std::min(m_nKernelSize >> 1, length / 2);
+    const std::ptrdiff_t step = alongRows ? 4 : from.Stride;
     const int rowBytes = 4 * width;
+    const std::vector<std::int16_t> weights(m_kernel.begin(), m_kernel.end());
     const auto divisorOf = [&](const Window& w) {
         std::uint64_t sum = 0;
         for (int k = 0; k < w.count; ++k)
@@ -103,57 +237,58 @@ bool CGaussBlur::Pass(const gfx::BitmapData& from, const gfx::BitmapData& to, bo
         return sum;
     };
     std::vector<std::uint32_t> sums(static_cast<std::size_t>(rowBytes));
-    // Per byte of a row: blurred, copied, or 0.
+    const bool wide = hasWideLanes();
+    // Which bytes of 16 (four pixels) are blurred, and which are copied.
+    std::uint8_t blurred[16], copied[16];
+    for (int j = 0; j < 16; ++j) {
+        blurred[j] = channels >> (j & 3) & 1 ? 0xFF : 0;
+        copied[j] = !blurred[j] && copyOthers ? 0xFF : 0;
+    }
+    // Bytes begin..end of an output row from the sums.
     const auto store = [&](std::uint8_t* out, const std::uint8_t* in, int begin, int end, const Divider& divide) {
-        for (int j = begin; j < end; ++j) {
-            const int channel = j & 3;
-            if (channels >> channel & 1)
-                out[j] = divide(sums[std::size_t(j)]);
-            else
-                out[j] = copyOthers ? in[j] : 0;
+        int j = begin;
+        for (; j + 16 <= end; j += 16)
+            store16(sums.data() + j, in + j, out + j, divide, blurred, copied);
+        for (; j < end; ++j)
+            out[j] = blurred[j & 15] ? divide(sums[std::size_t(j)]) : in[j] & copied[j & 15];
+    };
+    // Sums for bytes begin..end of a row, each from the pixels `base` bytes back and on by `step`.
+    const auto weighRun = [&](const std::uint8_t* base, const Window& w, int begin, int end) {
+        const std::int16_t* k = weights.data() + w.weight;
+        int j = begin;
+        if (wide) {
+            for (; j + 32 <= end; j += 32)
+                weigh32(base + j, step, k, w.count, sums.data() + j);
         }
+        for (; j + 16 <= end; j += 16)
+            weigh16(base + j, step, k, w.count, sums.data() + j);
+        if (j < end)
+            weigh(base + j, step, k, w.count, end - j, sums.data() + j);
     };
 
-    if (alongRows) {
-        const Window middle{0, 0, 2 * radius + 1};
-        const Divider middleDivide(divisorOf(middle));
-        for (int y = 0; y < height; ++y) {
-            if (m_bCancel)
-                return false;
-            const std::uint8_t* in = from.Scan0 + std::ptrdiff_t(y) * from.Stride;
-            std::uint8_t* out = to.Scan0 + std::ptrdiff_t(y) * to.Stride;
-            std::fill(sums.begin(), sums.end(), 0);
-            // The middle: each weight over the whole run of pixels it meets.
-            const int begin = 4 * radius, end = 4 * (width - radius);
-            if (end > begin) {
-                for (int k = 0; k <= 2 * radius; ++k)
-                    accumulate(sums.data() + begin, in + begin + 4 * (k - radius), end - begin, m_kernel[std::size_t(k)]);
-                store(out, in, begin, end, middleDivide);
-            }
-            // The ends, pixel by pixel.
-            for (int x = 0; x < width; ++x) {
-                if (x == radius && width - radius > radius)
-                    x = width - radius;
-                const Window w = windowAt(x, width, radius);
-                std::uint32_t* s = sums.data() + 4 * x;
-                for (int k = 0; k < w.count; ++k)
-                    accumulate(s, in + 4 * (w.first + k), 4, m_kernel[std::size_t(w.weight + k)]);
-                store(out, in, 4 * x, 4 * x + 4, Divider(divisorOf(w)));
-            }
-        }
-        return true;
-    }
-
-    for (int y = 0; y < height; ++y) {
+    for (int y = firstRow; y < endRow; ++y) {
         if (m_bCancel)
             return false;
-        const Window w = windowAt(y, height, radius);
-        std::fill(sums.begin(), sums.end(), 0);
-        for (int k = 0; k < w.count; ++k)
-            accumulate(sums.data(), from.Scan0 + std::ptrdiff_t(w.first + k) * from.Stride, rowBytes,
-                       m_kernel[std::size_t(w.weight + k)]);
-        store(to.Scan0 + std::ptrdiff_t(y) * to.Stride, from.Scan0 + std::ptrdiff_t(y) * from.Stride, 0, rowBytes,
-              Divider(divisorOf(w)));
+        const std::uint8_t* in = from.Scan0 + std::ptrdiff_t(y) * from.Stride;
+        std::uint8_t* out = to.Scan0 + std::ptrdiff_t(y) * to.Stride;
+        if (!alongRows) {
+            const Window w = windowAt(y, height, radius);
+            weighRun(from.Scan0 + std::ptrdiff_t(w.first) * from.Stride, w, 0, rowBytes);
+            store(out, in, 0, rowBytes, Divider(divisorOf(w)));
+            continue;
+        }
+        // The middle of the row in runs, the ends pixel by pixel.
+        const Window middle{0, 0, 2 * radius + 1};
+        if (width - radius > radius) {
+            weighRun(in - 4 * radius, middle, 4 * radius, 4 * (width - radius));
+            store(out, in, 4 * radius, 4 * (width - radius), Divider(divisorOf(middle)));
+        }
+        const int rightEnd = std::max(width - radius, radius);
+        for (int x = 0; x < width; x = x + 1 == radius ? rightEnd : x + 1) {
+            const Window w = windowAt(x, width, radius);
+            weigh(in + 4 * w.first, step, weights.data() + w.weight, w.count, 4, sums.data() + 4 * x);
+            store(out, in, 4 * x, 4 * x + 4, Divider(divisorOf(w)));
+        }
     }
     return true;
 }
@@ -166,19 +301,21 @@ std::unique_ptr<gfx::Bitmap> CGaussBlur::Blur(gfx::Bitmap& bitmap, float sigma, 
         return std::make_unique<gfx::Bitmap>(bitmap.image());
 
     const int width = int(bitmap.GetWidth()), height = int(bitmap.GetHeight());
-    auto result = std::make_unique<gfx::Bitmap>(width, height);
-    if (result->GetLastStatus() != gfx::Status::Ok)
+    // The passes write plain 32-bit memory, left as it is allocated: every byte is written.
+    // The result becomes a bitmap at the end.
+    const std::size_t bytes = std::size_t(width) * std::size_t(height) * 4;
+    const auto across = std::make_unique_for_overwrite<std::uint8_t[]>(bytes);
+    QImage pixels(width, height, QImage::Format_ARGB32);
+    if (pixels.isNull())
         return nullptr;
-    // The pass along the rows goes to plain memory; only the source and the result are bitmaps.
-    std::vector<std::uint8_t> across(std::size_t(width) * std::size_t(height) * 4);
-    const gfx::BitmapData between{width, height, 4 * width, across.data()};
+    const gfx::BitmapData between{width, height, 4 * width, across.get()};
+    const gfx::BitmapData target{width, height, int(pixels.bytesPerLine()), pixels.bits()};
     gfx::BitmapData source = bitmap.LockBits(gfx::ImageLockMode::Read);
-    gfx::BitmapData target = result->LockBits(gfx::ImageLockMode::Write);
-    const bool done = source.Scan0 && target.Scan0 && Pass(source, between, true, channels, copyOthers)
+    const bool done = source.Scan0 && Pass(source, between, true, channels, copyOthers)
                       && Pass(between, target, false, channels, copyOthers);
     bitmap.UnlockBits(source);
-    result->UnlockBits(target);
     if (!done)
         return nullptr;
-    return result;
+    auto result = std::make_unique<gfx::Bitmap>(std::move(pixels));
+    return result->GetLastStatus() == gfx::Status::Ok ? std::move(result) : nullptr;
 }

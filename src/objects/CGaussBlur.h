@@ -2,6 +2,7 @@
 
 #include "platform/graphics/Image.h"
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -26,7 +27,7 @@ public:
     unsigned KernelSum() const { return m_nKernelSum; }
 
     // Stops a blur between rows; it then gives null. Nothing in the program sets it.
-    bool m_bCancel = false;
+    std::atomic<bool> m_bCancel = false;
 
 private:
     // False when the kernel would be wider than MaxKernelSize.
@@ -34,6 +35,9 @@ private:
     // One pass from `from` into `to` (both of the same size), along rows or along columns.
     bool Pass(const gfx::BitmapData& from, const gfx::BitmapData& to, bool alongRows, int channels,
               bool copyOthers) const;
+    // Output rows firstRow..endRow of a pass.
+    bool PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to, bool alongRows, int channels,
+                  bool copyOthers, int firstRow, int endRow) const;
 
     std::vector<unsigned> m_kernel;
     unsigned m_nKernelSum = 0;

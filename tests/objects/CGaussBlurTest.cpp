@@ -158,3 +158,18 @@ TEST(CGaussBlur, EvenFieldsStayEvenEndsIncludedAndLinesShorterThanTheKernelAreSa
     gfx::Bitmap bitmap = spot(8, 8, 3, 3);
     EXPECT_EQ(blur.Blur(bitmap, 2.0f, 15, true), nullptr);
 }
+
+TEST(CGaussBlur, LargeBitmapsBlurTheSameWhereTheirRowsAreSharedOut)
+{
+    // Tall enough to be worked in two halves; a spot on the row where the halves meet spreads
+    // into both exactly as a small picture's does.
+    CGaussBlur blur;
+    gfx::Bitmap bitmap = spot(300, 300, 40, 150);
+    const std::vector<int> column = line(*blur.Blur(bitmap, 1.0f, 15, true), 1, -1, 40);
+    std::vector<int> expected = zeros(300);
+    // 255 x 90 / 226 = 101 across, then 101 x weight / 226 down.
+    const int weights[] = {1, 12, 55, 90, 55, 12, 1};
+    for (int i = 0; i < 7; ++i)
+        expected[std::size_t(147 + i)] = 101 * weights[i] / 226;
+    EXPECT_EQ(column, expected);
+}
