@@ -66,15 +66,24 @@ TEST(RewriteStreamBytes, EachKindOfCommand)
     EXPECT_EQ(RewriteStreamBytes(bytes("1B46410010000000") + Marker), bytes("1B46410010000000") + Marker + Fixed);
 
     // A header's value is an end position 256 bytes short: 1B 70 00 10 at offset 0 copies the
-    // bytes from offset 8 up to offset 272 (264 bytes) unread, and parses what follows.
-    QByteArray raw(264, '\0');
-    raw.replace(0, 8, Marker);
-    raw.replace(100, 8, Fixed);
-    const QByteArray header = bytes("1B70001000000000") + raw + Marker;
-    EXPECT_EQ(RewriteStreamBytes(header), bytes("1B70001000000000") + raw + Marker + Fixed);
+    // bytes from offset 8 up to offset 272 (264 bytes) unread, and parses what follows. The raw
+    // data ends in an ESC, so that one byte more or less would change what follows.
+    auto raw = [](int size) {
+        QByteArray data(size, '\0');
+        data.replace(0, 8, Marker);
+        if (size > 108)
+            data.replace(100, 8, Fixed);
+        data[size - 1] = '\x1B';
+        return data;
+    };
+    const QByteArray header = bytes("1B70001000000000") + raw(264) + Marker;
+    EXPECT_EQ(RewriteStreamBytes(header), bytes("1B70001000000000") + raw(264) + Marker + Fixed);
     // The same header further into the stream ends at the same absolute position.
-    const QByteArray later = "0123" + bytes("1B70001000000000") + raw.left(260) + Marker;
-    EXPECT_EQ(RewriteStreamBytes(later), "0123" + bytes("1B70001000000000") + raw.left(260) + Marker + Fixed);
+    const QByteArray later = "0123" + bytes("1B70001000000000") + raw(260) + Marker;
+    EXPECT_EQ(RewriteStreamBytes(later), "0123" + bytes("1B70001000000000") + raw(260) + Marker + Fixed);
+    // So does a block's length.
+    const QByteArray block16 = bytes("1B46400010000000") + raw(16) + Marker;
+    EXPECT_EQ(RewriteStreamBytes(block16), bytes("1B46400010000000") + raw(16) + Marker + Fixed);
 
     EXPECT_TRUE(RewriteStreamBytes(QByteArray()).isEmpty());
 }
