@@ -12,9 +12,11 @@
 
 namespace {
 
+// In doubles: the edges of a rectangle read from a damaged file may lie more than the range
+// of int apart.
 double aspectOf(const CRect& r)
 {
-    return std::abs(double(r.Width())) / std::abs(double(r.Height()));
+    return std::abs(double(r.right) - r.left) / std::abs(double(r.bottom) - r.top);
 }
 
 } // namespace
