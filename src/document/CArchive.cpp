@@ -15,8 +15,6 @@ namespace {
 
 // Longest class name a file may give; the classes of the program are far shorter.
 constexpr std::uint16_t MaxClassNameLength = 63;
-// The least number of bytes one list element takes: its tag.
-constexpr std::uint64_t MinObjectReferenceSize = 2;
 
 } // namespace
 
