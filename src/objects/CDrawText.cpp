@@ -88,8 +88,8 @@ private:
 // Where a layout measures, with the font and the line height it uses.
 struct CDrawText::Setting {
     Setting(const CDrawText& text, int resolution)
-        : canvas(1, 1), graphics(canvas), font(text.MakeFont(resolution)),
-          family(font.GetFamilyName()), fh(font.GetHeight(graphics))
+        : canvas(1, 1), graphics(canvas), font(text.MakeFont(resolution)), family(font.GetFamily()),
+          fh(font.GetHeight(graphics))
     {
     }
     gfx::Bitmap canvas;
@@ -542,8 +542,11 @@ void CDrawText::DrawBlurred(gfx::Graphics& graphics, const QRectF& r, const gfx:
         box = QRectF(r.center().x() - d / 2, r.center().y() - d / 2, d, d);
         path.Transform(gfx::Matrix(1, 0, 0, 1, float((d - r.width()) / 2), float((d - r.height()) / 2)));
     }
-    // A bitmap too large to make stays null, and nothing is drawn.
-    gfx::Bitmap layer(truncToInt(box.width() / 2), truncToInt(box.height() / 2));
+    // (A bitmap that can't be made would draw nothing either.)
+    const int width = truncToInt(box.width() / 2), height = truncToInt(box.height() / 2);
+    if (double(width) * height > MaxEffectPixels)
+        return;
+    gfx::Bitmap layer(width, height);
     {
         gfx::Graphics canvas(layer);
         RenderQuality::Apply(canvas);

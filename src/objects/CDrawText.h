@@ -32,6 +32,9 @@ public:
     // Characters of the expanded text that are laid out; the rest is left out, so that a text
     // pasted by mistake can't exhaust memory (each glyph holds tens of points).
     static constexpr int MaxLaidOutCharacters = 10000;
+    // The largest half-resolution bitmap a shadow or glow is blurred on, 4096 by 4096: a box of
+    // 27 inches square. A larger text gets neither, rather than gigabytes of blurring.
+    static constexpr double MaxEffectPixels = 4096.0 * 4096.0;
 
     CDrawText();
     explicit CDrawText(const CRect& position);

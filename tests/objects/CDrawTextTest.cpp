@@ -317,6 +317,15 @@ TEST_F(CDrawTextTest, HandlesTurnTheTextAndTellThePanel)
     for (int handle = 1; handle <= 9; ++handle)
         EXPECT_EQ(curved.GetHandleCursor(handle), cursors[handle - 1]) << handle;
 
+    // The tracker: squares (or the rotate picture) and the dotted frame, for states 1 and 2.
+    for (int state : {0, 1, 2}) {
+        ShapeCanvas canvas(600);
+        curved.DrawTracker(canvas.graphics(), state, 300, 300);
+        const QImage image = canvas.image();
+        EXPECT_EQ(countPixels(image, QColor(0, 0, 255), 60) > 100, state != 0) << state;
+        EXPECT_EQ(countPixels(image, QColor(255, 0, 0), 60) > 100, state != 0) << state;
+    }
+
     // Resizing: free without the lock, about the centre in proportion with it.
     curved.MoveHandleTo(3, CPoint(300, 120), nullptr);
     EXPECT_EQ(curved.m_position, CRect(-200, 120, 300, -100));
@@ -438,7 +447,8 @@ TEST_F(CDrawTextTest, BadInputEndsSafely)
 
     QElapsedTimer clock;
     clock.start();
-    for (int size : {0, 10000, -5}) {
+    // 1500 points would need a 60-million-pixel shadow; the shadow is left out instead.
+    for (int size : {0, 10000, -5, 1500}) {
         for (int kind : {CDrawText::Straight, CDrawText::CurvedCW, CDrawText::SpiralCCW}) {
             auto text = straight(QStringLiteral("Size"));
             text->m_textPathKind = kind;

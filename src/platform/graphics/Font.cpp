@@ -81,17 +81,12 @@ std::shared_ptr<Font::Face> faceFor(const QString& family, int style)
 
 } // namespace
 
-Font::Font(const FontFamily& family, float emSize, int style) : m_emSize(emSize), m_style(style)
+Font::Font(const FontFamily& family, float emSize, int style) : m_family(family), m_emSize(emSize), m_style(style)
 {
     if (!family.IsAvailable() || !(emSize >= 0) || !std::isfinite(emSize))
         return;
     m_face = faceFor(family.GetFamilyName(), style);
     m_scale = emSize / ReferenceSize;
-}
-
-QString Font::GetFamilyName() const
-{
-    return m_face ? m_face->raw.familyName() : QString();
 }
 
 float Font::GetHeight(const Graphics&) const

@@ -28,7 +28,8 @@ public:
     bool IsAvailable() const { return m_face != nullptr; }
     float GetSize() const { return m_emSize; }
     int GetStyle() const { return m_style; }
-    QString GetFamilyName() const;
+    // The family the font was made from.
+    const FontFamily& GetFamily() const { return m_family; }
 
     // The line spacing: ascent, descent and line gap.
     float GetHeight(const Graphics& graphics) const;
@@ -48,6 +49,7 @@ public:
 
 private:
     std::shared_ptr<Face> m_face;
+    FontFamily m_family;
     float m_emSize = 0;
     int m_style = 0;
     double m_scale = 0; // world units per reference unit
