@@ -67,8 +67,9 @@ const QString& openFailure(const QString& path, bool saving)
 
 bool CDocument::OnOpenDocument(const QString& path)
 {
+    // Only plain files: a pipe could block the open and a device might never end.
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
         report(openFailure(path, false), path);
         return false;
     }

@@ -308,6 +308,12 @@ TEST_F(ProjectFile, OpeningClearsFirstThenTakesTheFolderAndThePath)
     EXPECT_EQ(doc.GetBackground(0).Scale, 1.25) << "the picture's placement stays";
     EXPECT_EQ(doc.m_strFolder, sub);
     EXPECT_EQ(doc.GetPathName(), file);
+
+    // A folder, and a device that would never end, aren't read at all.
+    messages.clear();
+    EXPECT_FALSE(doc.OnOpenDocument(sub));
+    EXPECT_FALSE(doc.OnOpenDocument(QStringLiteral("/dev/zero")));
+    EXPECT_EQ(messages, (std::vector<QString>{CDocument::FailedAccessRead.arg("sub"), CDocument::FailedAccessRead.arg("zero")}));
 }
 
 TEST_F(ProjectFile, AFileCutAtAnyByteFailsAndKeepsWhatWasRead)
