@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <type_traits>
 
 namespace {
 
@@ -250,7 +251,7 @@ void CDrawText::LayoutStraight(const Setting& s, const QStringList& lines, float
     const float q = std::max(h / float(lines.size()), 0.1f);
     float y = 0;
     for (const QString& line : lines) {
-        LayoutLine(s, line, 0, y, w, q, 0);
+        LayoutLine(s, line, 0, y, w, q);
         y += q;
     }
     // The glyphs were set in rows downward; one matrix turns them about the box's centre and
@@ -263,7 +264,7 @@ void CDrawText::LayoutStraight(const Setting& s, const QStringList& lines, float
     m_textPath.Transform(m);
 }
 
-void CDrawText::LayoutLine(const Setting& s, const QString& line, float x, float y, float w, float q, float rotation)
+void CDrawText::LayoutLine(const Setting& s, const QString& line, float x, float y, float w, float q)
 {
     const QString text = m_justify == Centered ? line.trimmed() : line;
     const float lw = MeasureLine(s.graphics, s.font, text);
@@ -280,11 +281,8 @@ void CDrawText::LayoutLine(const Setting& s, const QString& line, float x, float
         const float cw = MeasureLine(s.graphics, s.font, one);
         gfx::GraphicsPath glyph;
         glyph.AddString(one, s.family, m_fontStyle, s.font.GetSize(), QPointF(0, 0));
-        gfx::Matrix m;
-        m.Translate(0, -s.fh / 2, gfx::MatrixOrder::Append);
-        m.Rotate(360 - rotation, gfx::MatrixOrder::Append);
-        m.Translate(-x + advance, q / 2 + y, gfx::MatrixOrder::Append);
-        glyph.Transform(m);
+        // Centred on the line's middle, after the advances so far.
+        glyph.Transform(gfx::Matrix(1, 0, 0, 1, -x + advance, -s.fh / 2 + q / 2 + y));
         batch.Add(glyph);
         advance += cw;
     }
@@ -730,7 +728,7 @@ bool CDrawText::IsInside(const CRect& rect)
 
 CRect CDrawText::GetDrawBounds(CRect rect) const
 {
-    CRect r = CDrawObj::GetDrawBounds(rect);
+    CRect r = CDrawObj::GetDrawBounds(rect.Normalized());
     if (IsStraight()) {
         // A square about the centre that holds the rectangle at any angle.
         const CRect n = r.Normalized();

@@ -128,7 +128,8 @@ private:
     // The expanded text, cut to MaxLaidOutCharacters, as lines.
     QStringList ExpandedLines() const;
     void LayoutStraight(const Setting& s, const QStringList& lines, float w, float h);
-    void LayoutLine(const Setting& s, const QString& line, float x, float y, float w, float q, float rotation);
+    // One line of straight text into the row at y of height q, x left of the box's start.
+    void LayoutLine(const Setting& s, const QString& line, float x, float y, float w, float q);
     void LayoutCurved(const Setting& s, const QStringList& lines, float w, float h);
     void LayoutOnEllipse(const Setting& s, QString line, QRectF rect, int cw, float start);
     void LayoutOnSpiral(const Setting& s, const QString& line, QRectF rect, int cw, float pitch, float start);

@@ -365,7 +365,7 @@ TEST_F(CDrawTextTest, PickingAndBoundsFollowTheShapeOfTheText)
     const CRect square = plain->GetDrawBounds(plain->m_position);
     EXPECT_EQ(square.Width(), square.Height());
     EXPECT_NEAR(centreOf(square).x(), centreOf(plain->m_position).x(), 1);
-    const CRect base = plain->CDrawObj::GetDrawBounds(plain->m_position).Normalized();
+    const CRect base = plain->CDrawObj::GetDrawBounds(plain->m_position.Normalized());
     EXPECT_NEAR(square.Width(), std::hypot(base.Width(), base.Height()), 2);
     plain->SetEffects(gfx::Color(), 0, 1, 64, 0, 1, -5, 7, 160, 0);
     const CRect grown = plain->GetDrawBounds(plain->m_position);
