@@ -29,6 +29,12 @@ void JsonWriter::Value(int number)
     m_out << number;
 }
 
+void JsonWriter::Value(quint64 number)
+{
+    BeforeValue();
+    m_out << number;
+}
+
 void JsonWriter::Value(bool flag)
 {
     BeforeValue();

@@ -22,6 +22,8 @@ public:
     void Value(const char* text) { Value(QString::fromUtf8(text)); }
     void Value(double number);
     void Value(int number);
+    // Exact for every 64-bit value, which a double isn't.
+    void Value(quint64 number);
     void Value(bool flag);
     void Null();
 

@@ -1,9 +1,15 @@
 // tessarelle-cli: the program's model without its windows, for scripts and diagnostics.
 
 #include "CliCommand.h"
+#include "DatafileCommand.h"
+#include "DumpCommand.h"
+#include "RenderCommand.h"
+#include "ResaveCommand.h"
+#include "RewriteCommand.h"
 #include "TemplatesCommand.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <memory>
@@ -15,6 +21,11 @@ std::vector<std::unique_ptr<CliCommand>> AllCommands()
 {
     std::vector<std::unique_ptr<CliCommand>> commands;
     commands.push_back(std::make_unique<TemplatesCommand>());
+    commands.push_back(std::make_unique<RewriteCommand>());
+    commands.push_back(std::make_unique<DatafileCommand>());
+    commands.push_back(std::make_unique<DumpCommand>());
+    commands.push_back(std::make_unique<ResaveCommand>());
+    commands.push_back(std::make_unique<RenderCommand>());
     return commands;
 }
 
@@ -32,9 +43,13 @@ void PrintUsage(QTextStream& stream, const std::vector<std::unique_ptr<CliComman
 
 int main(int argc, char** argv)
 {
-    // No command needs a display; a rendering one would take QGuiApplication with the
+    // No command needs a display; rendering takes QGuiApplication (for fonts), on the
     // offscreen platform when QT_QPA_PLATFORM is unset.
-    QCoreApplication app(argc, argv);
+    const bool rendering = argc > 1 && qstrcmp(argv[1], "render") == 0;
+    if (rendering && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const std::unique_ptr<QCoreApplication> app =
+        rendering ? std::make_unique<QGuiApplication>(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tessarelle-cli"));
 
     QTextStream out(stdout);

@@ -1,7 +1,10 @@
 #include "document/CDrawDoc.h"
 
+#include "document/CArchive.h"
 #include "document/CView.h"
+#include "fields/DataFields.h"
 #include "objects/CDrawObj.h"
+#include "platform/MessageBox.h"
 #include "platform/NumberText.h"
 #include "platform/Profile.h"
 #include "platform/RenderQuality.h"
@@ -13,6 +16,8 @@
 #include "platform/graphics/TextureBrush.h"
 #include "templates/CTemplateFile.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <algorithm>
 #include <climits>
 #include <cmath>
@@ -370,6 +375,99 @@ void CDrawDoc::ClearLabels()
         background.BackColor2 = 0;
         background.ImageFile.clear();
         background.HatchStyle = -1;
+    }
+}
+
+// ---------------------------------------------------------------- project file
+
+const QString CDrawDoc::FileId15 = QStringLiteral("Tessarelle_1.5");
+const QString CDrawDoc::FileId16 = QStringLiteral("Tessarelle_1.6");
+const QString CDrawDoc::FileId17 = QStringLiteral("Tessarelle_1.7");
+
+namespace {
+
+// The least a field record takes in a file: fourteen 4-byte numbers and two empty 8-bit strings.
+constexpr std::uint64_t MinFieldRecordSize = 14 * 4 + 2;
+
+// One field in the file's order, which isn't the record's. Reading joins the two halves of
+// Serial with OR into the low word; a serial above 32 bits doesn't come back whole.
+void SerializeField(CArchive& ar, DATAFIELD& field)
+{
+    if (ar.IsStoring()) {
+        ar << field.DayNames << field.Delimiter << field.DiscNumber << field.DiscTotal << field.FileIncrement
+           << field.FileName << field.FileIndex << field.SerialIncrement << field.Tag << field.Type
+           << field.MonthNames << std::uint32_t(field.Serial) << std::uint32_t(field.Serial >> 32)
+           << field.ShowSeconds << field.Hours24 << field.TwoDigitYear;
+        return;
+    }
+    ar >> field.DayNames >> field.Delimiter >> field.DiscNumber >> field.DiscTotal >> field.FileIncrement
+        >> field.FileName >> field.FileIndex >> field.SerialIncrement >> field.Tag >> field.Type >> field.MonthNames;
+    const std::uint32_t low = ar.Read<std::uint32_t>();
+    const std::uint32_t high = ar.Read<std::uint32_t>();
+    field.Serial = low | high;
+    ar >> field.ShowSeconds >> field.Hours24 >> field.TwoDigitYear;
+}
+
+} // namespace
+
+bool CDrawDoc::OnOpenDocument(const QString& path)
+{
+    // Cleared before the file is touched: a file that can't be opened leaves an empty document.
+    ClearLabels();
+    if (!CDocument::OnOpenDocument(path))
+        return false;
+    m_strFolder = QFileInfo(path).absolutePath();
+    QDir::setCurrent(m_strFolder);
+    SetModifiedFlag(false);
+    SetPathName(path);
+    return true;
+}
+
+bool CDrawDoc::OnSaveDocument(const QString& path)
+{
+    if (!CDocument::OnSaveDocument(path))
+        return false;
+    SetPathName(path);
+    return true;
+}
+
+void CDrawDoc::Serialize(CArchive& ar)
+{
+    if (ar.IsStoring()) {
+        ar << FileId17 << std::int32_t(m_nTemplate) << m_fOuterDia << m_fInnerDia << m_fBusDia;
+        for (int label = 0; label < LabelCount; ++label) {
+            m_Background[size_t(label)].Serialize(ar);
+            m_Objects[size_t(label)].Serialize(ar);
+        }
+        ar << std::int32_t(g_dataFields.size());
+        for (DATAFIELD& field : g_dataFields)
+            SerializeField(ar, field);
+        return;
+    }
+
+    ar >> m_strFileId;
+    if (m_strFileId.left(10) != QLatin1String("Tessarelle")
+        && MessageBox::Show(QStringLiteral("This file does not appear to be a Tessarelle compatible file!\r\n"
+                                           "Try to load anyway?"),
+                            MessageBox::YesNo)
+               != MessageBox::IdYes)
+        return;
+    // Any header but 1.5 has the template index: an unknown version reads as the latest.
+    if (m_strFileId != FileId15)
+        ar >> m_nTemplate;
+    ar >> m_fOuterDia >> m_fInnerDia >> m_fBusDia;
+    for (int label = 0; label < LabelCount; ++label) {
+        m_Background[size_t(label)].Serialize(ar);
+        m_Objects[size_t(label)].Serialize(ar);
+    }
+    // Added to the fields already there, as every open does.
+    const std::int32_t count = ar.Read<std::int32_t>();
+    if (count > 0)
+        ar.EnsureAvailable(std::uint64_t(count) * MinFieldRecordSize);
+    for (std::int32_t i = 0; i < count; ++i) {
+        DATAFIELD field;
+        SerializeField(ar, field);
+        g_dataFields.push_back(field);
     }
 }
 

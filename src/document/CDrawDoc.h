@@ -93,6 +93,22 @@ public:
     LabelBackground& Background(int label) { return m_Background[size_t(label)]; }
 
     bool OnNewDocument();
+    // Empties the labels, reads the project, and on success makes its folder the current one
+    // (relative picture paths resolve there) and takes its path. A failure leaves what was
+    // read until then.
+    bool OnOpenDocument(const QString& path) override;
+    bool OnSaveDocument(const QString& path) override;
+    // The project file: header, diameters, the three labels, then the program's data fields.
+    // Always written as the latest format; 1.5, 1.6 and any unknown version (as 1.7) are read.
+    // Reading appends the file's fields to g_dataFields.
+    void Serialize(CArchive& ar) override;
+    static const QString FileId15;
+    static const QString FileId16;
+    static const QString FileId17;
+    // The diameters as they stand, negative when never read; the getters above fill them in.
+    double StoredOuterDia() const { return m_fOuterDia; }
+    double StoredInnerDia() const { return m_fInnerDia; }
+    double StoredBusDia() const { return m_fBusDia; }
     // Empties every label and forgets its picture and colours; keeps the picture's placement.
     void ClearLabels();
 

@@ -1,5 +1,6 @@
 #include "document/CDrawObjList.h"
 
+#include "document/CArchive.h"
 #include "objects/CDrawObj.h"
 
 CDrawObjList::CDrawObjList() = default;
@@ -34,4 +35,21 @@ int CDrawObjList::Find(const CDrawObj* object) const
             return i;
     }
     return -1;
+}
+
+void CDrawObjList::Serialize(CArchive& ar)
+{
+    if (ar.IsStoring()) {
+        ar.WriteCount(std::uint32_t(m_objects.size()));
+        for (const auto& object : m_objects)
+            ar.WriteObject(object.get());
+        return;
+    }
+    const std::uint32_t count = ar.ReadCount();
+    // Every element takes at least its two-byte tag.
+    ar.EnsureAvailable(std::uint64_t(count) * 2);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        if (std::unique_ptr<CDrawObj> object = ar.ReadObject())
+            m_objects.push_back(std::move(object));
+    }
 }

@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+class CArchive;
 class CDrawObj;
 
 // One label's objects in z-order, bottom first. The list owns what it holds.
@@ -17,6 +18,9 @@ public:
     // Hands the object over to the caller; null when it is not in the list.
     std::unique_ptr<CDrawObj> Take(const CDrawObj* object);
     void RemoveAll();
+    // The count, then each object with its class tag, bottom first. Loading appends; a null
+    // reference in a file adds nothing.
+    void Serialize(CArchive& ar);
 
     // Zero-based position, or -1.
     int Find(const CDrawObj* object) const;

@@ -51,7 +51,7 @@ void CTextFileRead::Rewind()
     EndOfFile = false;
 }
 
-unsigned char CTextFileRead::GetByte()
+unsigned char CTextFileRead::NextByte()
 {
     if (HasUnread) {
         HasUnread = false;
@@ -175,6 +175,29 @@ void CTextFileRead::AppendWideLine(QString& out)
             count = 0;
         }
         buffer[count++] = c;
+        // The characters that follow whole in the block are taken from it directly, exactly
+        // as GetChar would give them one by one.
+        if (!HasUnread && BufferPos >= 0) {
+            if (Encoding == UTF_8) {
+                while (count < BufferLength - 1 && BufferPos + 1 < BufferSize) {
+                    const unsigned char b = Buffer[BufferPos + 1];
+                    if (b >= 0x80 || b == CR || b == LF)
+                        break;
+                    buffer[count++] = b;
+                    ++BufferPos;
+                }
+            } else {
+                const bool bigEndian = Encoding == UNI16_BE;
+                while (count < BufferLength - 1 && BufferPos + 2 < BufferSize) {
+                    const unsigned char first = Buffer[BufferPos + 1], second = Buffer[BufferPos + 2];
+                    const char16_t next = bigEndian ? char16_t(first << 8 | second) : char16_t(second << 8 | first);
+                    if (next == CR || next == LF)
+                        break;
+                    buffer[count++] = next;
+                    BufferPos += 2;
+                }
+            }
+        }
         c = GetChar();
     }
     out.append(reinterpret_cast<const QChar*>(buffer), count);
@@ -195,25 +218,23 @@ void CTextFileRead::AppendNarrowLine(QString& out)
         c = GetByte();
     }
 
-    char buffer[BufferLength];
-    int count = 0;
-    m_longLine.resize(0);
+    m_line.resize(0);
     while (c != CR && c != LF && !EndOfFile) {
-        if (count == BufferLength - 1) {
-            m_longLine.append(buffer, count);
-            count = 0;
+        m_line.append(static_cast<char>(c));
+        // The rest of the line within the block in one piece, as GetByte would give it.
+        if (!HasUnread && BufferPos >= 0 && BufferPos + 1 < BufferSize) {
+            const unsigned char* begin = Buffer + BufferPos + 1;
+            const unsigned char* end = Buffer + BufferSize;
+            const unsigned char* p = begin;
+            while (p != end && *p != CR && *p != LF)
+                ++p;
+            m_line.append(reinterpret_cast<const char*>(begin), p - begin);
+            BufferPos += int32_t(p - begin);
         }
-        buffer[count++] = static_cast<char>(c);
         c = GetByte();
     }
     HasUnread = true;
     UnreadChar = c;
-
     // A failed conversion leaves the line empty.
-    if (m_longLine.isEmpty()) {
-        AppendFromCodePage(CodePage, buffer, count, out);
-    } else {
-        m_longLine.append(buffer, count);
-        AppendFromCodePage(CodePage, m_longLine.constData(), m_longLine.size(), out);
-    }
+    AppendFromCodePage(CodePage, m_line.constData(), m_line.size(), out);
 }

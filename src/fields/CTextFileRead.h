@@ -23,13 +23,21 @@ public:
 private:
     void DetectEncoding();
     void Rewind();
-    unsigned char GetByte();
+    // The next byte: from the block while it lasts, else through NextByte's full rules.
+    unsigned char GetByte()
+    {
+        if (!HasUnread && BufferPos >= 0 && BufferPos + 1 < BufferSize)
+            return Buffer[++BufferPos];
+        return NextByte();
+    }
+    unsigned char NextByte();
     char16_t GetChar();
     // Reads one line and appends it to `out`.
     void AppendLine(QString& out);
     void AppendNarrowLine(QString& out);
     void AppendWideLine(QString& out);
 
-    // A narrow line longer than the buffer collects here before its conversion.
-    QByteArray m_longLine;
+    // The bytes of an 8-bit line before their conversion; it keeps its capacity from line to
+    // line, so reading costs no allocation per character or per line.
+    QByteArray m_line;
 };

@@ -1,5 +1,7 @@
 #include "fields/Windows1252.h"
 
+#include <array>
+
 namespace {
 
 // 0x80 to 0x9F differ from Latin-1; the rest of the code page is the same.
@@ -17,6 +19,18 @@ char16_t FromWindows1252(unsigned char byte)
     return byte >= 0x80 && byte < 0xA0 ? HighControls[byte - 0x80] : char16_t(byte);
 }
 
+namespace {
+
+// Every byte at once, so that a long text converts without a branch per character.
+const std::array<char16_t, 256> CodePage1252 = [] {
+    std::array<char16_t, 256> table{};
+    for (int byte = 0; byte < 256; ++byte)
+        table[size_t(byte)] = FromWindows1252(static_cast<unsigned char>(byte));
+    return table;
+}();
+
+} // namespace
+
 bool AppendFromCodePage(uint32_t codePage, const char* bytes, qsizetype length, QString& out)
 {
     if (codePage != 0 && codePage != 1252)
@@ -25,6 +39,6 @@ bool AppendFromCodePage(uint32_t codePage, const char* bytes, qsizetype length, 
     out.resize(start + length);
     char16_t* target = reinterpret_cast<char16_t*>(out.data()) + start;
     for (qsizetype i = 0; i < length; ++i)
-        target[i] = FromWindows1252(static_cast<unsigned char>(bytes[i]));
+        target[i] = CodePage1252[static_cast<unsigned char>(bytes[i])];
     return true;
 }

@@ -1,5 +1,6 @@
 #include "objects/CDrawObj.h"
 
+#include "document/CArchive.h"
 #include "document/CDrawDoc.h"
 #include "document/CView.h"
 #include "objects/DefaultProperties.h"
@@ -217,4 +218,40 @@ void CDrawObj::Invalidate(CView* view)
         view->InvalidateObject(this);
     else if (m_pDocument)
         m_pDocument->UpdateAllViews(nullptr, 1, this);
+}
+
+void CDrawObj::Serialize(CArchive& ar)
+{
+    // Several fields that are 32 bits wide in memory take one byte in the file.
+    if (ar.IsStoring()) {
+        ar << m_position << m_flags << std::uint8_t(m_dashStyle) << std::uint8_t(m_dashCap)
+           << std::uint8_t(m_fillKind) << std::uint8_t(m_lineReserved) << m_transparency;
+        ar << m_fillColor1 << m_fillColor2 << m_lineColor1 << m_lineColor2;
+        ar << m_lineWidth << std::uint8_t(m_gradientStyle) << std::int32_t(m_hatchStyle);
+        ar << m_startArrowSize << m_endArrowSize << std::uint8_t(m_startArrow) << std::uint8_t(m_endArrow);
+        ar << m_pictureFile;
+        ar << std::uint8_t(m_wrapMode) << m_gradientSwap << m_pictureScale << std::uint8_t(m_lineKind)
+           << std::uint8_t(m_lineGradientMode);
+        return;
+    }
+    m_pDocument = dynamic_cast<CDrawDoc*>(ar.m_pDocument);
+    ar >> m_position >> m_flags;
+    m_dashStyle = ar.Read<std::uint8_t>();
+    m_dashCap = ar.Read<std::uint8_t>();
+    m_fillKind = ar.Read<std::uint8_t>();
+    m_lineReserved = ar.Read<std::uint8_t>();
+    ar >> m_transparency;
+    ar >> m_fillColor1 >> m_fillColor2 >> m_lineColor1 >> m_lineColor2;
+    ar >> m_lineWidth;
+    m_gradientStyle = ar.Read<std::uint8_t>();
+    ar >> m_hatchStyle;
+    ar >> m_startArrowSize >> m_endArrowSize;
+    m_startArrow = ar.Read<std::uint8_t>();
+    m_endArrow = ar.Read<std::uint8_t>();
+    ar >> m_pictureFile;
+    m_wrapMode = ar.Read<std::uint8_t>();
+    ar >> m_gradientSwap >> m_pictureScale;
+    m_lineKind = ar.Read<std::uint8_t>();
+    m_lineGradientMode = ar.Read<std::uint8_t>();
+    m_aspect = aspectOf(m_position);
 }

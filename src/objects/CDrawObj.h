@@ -7,6 +7,7 @@
 #include <Qt>
 #include <memory>
 
+class CArchive;
 class CDrawDoc;
 class CView;
 namespace gfx {
@@ -25,6 +26,10 @@ public:
     CDrawObj();
     explicit CDrawObj(const CRect& position);
     virtual ~CDrawObj() = default;
+
+    // The object's record in a project file or on the clipboard, in both directions. Loading
+    // takes the archive's document as the object's own.
+    virtual void Serialize(CArchive& ar);
 
     virtual int GetHandleCount() const;
     virtual void Layout();

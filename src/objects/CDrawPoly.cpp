@@ -1,5 +1,6 @@
 #include "objects/CDrawPoly.h"
 
+#include "document/CArchive.h"
 #include "objects/CDrawRect.h"
 #include "objects/CSpline.h"
 #include "platform/graphics/Graphics.h"
@@ -451,4 +452,25 @@ void CDrawPoly::DrawTracker(gfx::Graphics& graphics, int state, int, int)
             graphics.DrawRectangle(white, outer);
         }
     }
+}
+
+void CDrawPoly::Serialize(CArchive& ar)
+{
+    CDrawObj::Serialize(ar);
+    if (ar.IsStoring()) {
+        const auto count = std::uint16_t(m_pointCount);
+        ar << count << std::uint16_t(m_pointCapacity) << m_polyKind;
+        for (int i = 0; i < count; ++i)
+            ar << m_points[size_t(i)];
+        return;
+    }
+    const std::uint16_t count = ar.Read<std::uint16_t>();
+    const std::uint16_t capacity = ar.Read<std::uint16_t>();
+    ar >> m_polyKind;
+    ar.EnsureAvailable(std::uint64_t(count) * 8);
+    std::vector<CPoint> points(count);
+    for (CPoint& point : points)
+        ar >> point;
+    // A capacity below the count would leave the points without room; it grows to fit.
+    SetPoints(std::move(points), capacity);
 }

@@ -46,6 +46,8 @@ public:
     void MoveHandleTo(int handle, CPoint point, CView* view) override;
     std::unique_ptr<CDrawObj> Clone() const override;
     void Offset(int dx, int dy) override;
+    // Count and capacity are kept in 16 bits: a poly in a file has at most 65,535 points.
+    void Serialize(CArchive& ar) override;
 
     // Appends a vertex unless it repeats the last one, and refits the rectangle.
     void AddPoint(CPoint point, CView* view);

@@ -1,5 +1,6 @@
 #include "objects/CDrawRect.h"
 
+#include "document/CArchive.h"
 #include "document/CDrawDoc.h"
 #include "objects/DefaultProperties.h"
 #include "platform/HandleImages.h"
@@ -547,4 +548,14 @@ void CDrawRect::FitToPicture()
     m_position.right = m_position.left + width;
     m_position.bottom = m_position.top - height;
     m_aspect = std::abs(double(m_position.Width())) / std::abs(double(m_position.Height()));
+}
+
+void CDrawRect::Serialize(CArchive& ar)
+{
+    CDrawObj::Serialize(ar);
+    // m_ringAngle isn't kept.
+    if (ar.IsStoring())
+        ar << std::int32_t(m_shape) << m_cornerSize << m_startAngle << m_endAngle << m_ringX << m_ringY;
+    else
+        ar >> m_shape >> m_cornerSize >> m_startAngle >> m_endAngle >> m_ringX >> m_ringY;
 }

@@ -44,6 +44,7 @@ public:
     void MoveHandleTo(int handle, CPoint point, CView* view) override;
     std::unique_ptr<CDrawObj> Clone() const override;
     void CopyProperties(const CDrawObj& source) override;
+    void Serialize(CArchive& ar) override;
 
     // Loads the picture as Draw does and sizes the object to it at one unit a pixel, keeping
     // the left top corner.

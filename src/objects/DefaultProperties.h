@@ -19,6 +19,25 @@ struct DefaultProperties : DrawObjProperties {
     // The text object.
     QString m_text = QStringLiteral("Text");
     QString m_fontName = QStringLiteral("Arial");
+    float m_angle = 90;
+    gfx::Color m_textColor{255, 0, 0, 0};
+    int m_fontSize = 12;
+    int m_fontStyle = 0;
+    int m_textPathKind = 0;
+    int m_justify = 1;
+    std::uint8_t m_textTransparency = 0;
+    std::uint8_t m_textStyle = 0;
+    gfx::Color m_edgeColor{0u};
+    std::uint8_t m_edgeSize = 1;
+    std::uint8_t m_edgeBlur = 0;
+    std::uint8_t m_edgeTransparency = 0;
+    int m_shadowOn = 0;
+    int m_shadowX = 0;
+    int m_shadowY = 0;
+    std::uint8_t m_shadowBlur = 0;
+    std::uint8_t m_shadowTransparency = 0;
+    int m_tracking = 0;
+    int m_leading = 0;
 };
 
 extern DefaultProperties g_defaultProperties;

@@ -789,4 +789,25 @@ void Graphics::DrawImage(const Image& image, const QRectF& dest, const QRectF& s
     m_painter->setWorldTransform(world);
 }
 
+QRectF Graphics::MeasureDriverString(const QString& text, const Font& font, QPointF origin, int) const
+{
+    return QRectF(origin.x(), origin.y() - font.Ascent(), font.Advance(text), font.Ascent() + font.Descent());
+}
+
+QRectF Graphics::MeasureString(const QString& text, const Font& font, QPointF origin) const
+{
+    qreal width = 0;
+    int lines = 0;
+    for (QStringView line : QStringView(text).split(u'\n')) {
+        if (line.endsWith(u'\r'))
+            line.chop(1);
+        while (line.endsWith(u' '))
+            line.chop(1);
+        if (!line.isEmpty())
+            width = std::max(width, font.Advance(line) + 2 * font.Padding());
+        ++lines;
+    }
+    return QRectF(origin, QSizeF(width, lines * font.LineSpacing()));
+}
+
 } // namespace gfx

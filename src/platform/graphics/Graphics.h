@@ -2,6 +2,7 @@
 
 #include "platform/graphics/Brush.h"
 #include "platform/graphics/Color.h"
+#include "platform/graphics/Font.h"
 #include "platform/graphics/GraphicsPath.h"
 #include "platform/graphics/Image.h"
 #include "platform/graphics/ImageAttributes.h"
@@ -27,6 +28,8 @@ enum class Unit { World = 0, Display = 1, Pixel = 2 };
 enum class CoordinateSpace { World = 0, Page = 1, Device = 2 };
 enum class CombineMode { Replace = 0, Intersect = 1, Union = 2, Xor = 3, Exclude = 4, Complement = 5 };
 using GraphicsState = int;
+enum DriverStringOptions { DriverStringOptionsCmapLookup = 1, DriverStringOptionsVertical = 2,
+                           DriverStringOptionsRealizedAdvance = 4, DriverStringOptionsLimitSubpixel = 8 };
 
 // A drawing surface with GDI+'s meaning: a world transform (prepend by default) applied before
 // the device's own mapping, a clip kept in device space, a rendering origin that anchors hatch
@@ -99,6 +102,16 @@ public:
     // The source rectangle (image pixels) stretched into dest, through the attributes if given.
     void DrawImage(const Image& image, const QRectF& dest, const QRectF& source,
                    const ImageAttributes* attributes = nullptr);
+
+    // The box of the characters set one after the other from the origin on its baseline, with
+    // the options CmapLookup and RealizedAdvance (5): x at the origin, the width the sum of the
+    // advances, from an ascent above the baseline to a descent below. Other options are taken
+    // as these.
+    QRectF MeasureDriverString(const QString& text, const Font& font, QPointF origin, int flags) const;
+    // The box DrawString would fill with the text from the origin by the default layout: the
+    // advances of the text without its trailing blanks plus the padding at both ends, and one
+    // line spacing per line ('\n').
+    QRectF MeasureString(const QString& text, const Font& font, QPointF origin) const;
 
     QPainter& painter() { return *m_painter; }
 

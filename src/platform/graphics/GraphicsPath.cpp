@@ -1,5 +1,7 @@
 #include "platform/graphics/GraphicsPath.h"
 
+#include "platform/graphics/Font.h"
+
 #include <QtMath>
 #include <algorithm>
 #include <cmath>
@@ -212,6 +214,39 @@ void GraphicsPath::AddPath(const GraphicsPath& other, bool connect)
     }
     if (!other.m_figureOpen)
         m_figureOpen = false;
+}
+
+void GraphicsPath::addClosedFigures(const QPainterPath& path)
+{
+    const int count = path.elementCount();
+    for (int i = 0; i < count; ++i) {
+        const QPainterPath::Element e = path.elementAt(i);
+        if (e.isMoveTo()) {
+            CloseFigure();
+            startFigureAt(e);
+        } else if (e.isCurveTo() && i + 2 < count) {
+            cubicTo(e, path.elementAt(i + 1), path.elementAt(i + 2));
+            i += 2;
+        } else if (m_figureOpen) {
+            lineTo(e);
+        }
+    }
+    CloseFigure();
+}
+
+void GraphicsPath::AddString(const QString& text, const FontFamily& family, int style, float emSize, QPointF origin)
+{
+    const Font font(family, emSize, style);
+    if (!font.IsAvailable())
+        return;
+    StartFigure();
+    QPointF baseline = origin + QPointF(font.Padding(), font.Ascent());
+    for (QStringView line : QStringView(text).split(u'\n')) {
+        if (line.endsWith(u'\r'))
+            line.chop(1);
+        addClosedFigures(font.Outline(line, baseline));
+        baseline.ry() += font.LineSpacing();
+    }
 }
 
 void GraphicsPath::StartFigure()

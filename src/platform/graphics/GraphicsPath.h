@@ -10,6 +10,8 @@
 
 namespace gfx {
 
+class FontFamily;
+
 enum class FillMode { Alternate = 0, Winding = 1 };
 
 // A path of figures with GDI+'s meaning: angles in degrees, clockwise (+x toward +y) and
@@ -32,6 +34,11 @@ public:
     void AddClosedCurve(const QPointF* points, int count, float tension = 0.5f);
     // Appends the other path's figures; with connect the first one joins the open figure.
     void AddPath(const GraphicsPath& other, bool connect);
+    // The glyph outlines of the text at the em size (world units), each contour a closed figure.
+    // The origin is the top left of the layout box: the first baseline lies an ascent below it,
+    // lines ('\n') follow at the line spacing, and every line starts a sixth of an em to the
+    // right, as GDI+'s default layout has it. An unavailable family adds nothing.
+    void AddString(const QString& text, const FontFamily& family, int style, float emSize, QPointF origin);
 
     void StartFigure();
     void CloseFigure();
@@ -65,6 +72,8 @@ private:
     void lineTo(QPointF point);
     void cubicTo(QPointF c1, QPointF c2, QPointF end);
     void addCardinal(const QPointF* points, int count, float tension, bool closed);
+    // Appends a Qt path, each subpath as a closed figure.
+    void addClosedFigures(const QPainterPath& path);
 
     // The Qt path that draws, and the point list as GDI+ keeps it; both always describe the
     // same figures.

@@ -376,12 +376,18 @@ Bitmap::Bitmap(QImage image) : Image(std::move(image), ImageType::Bitmap)
         m_image = m_image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 
-BitmapData Bitmap::LockBits()
+BitmapData Bitmap::LockBits(ImageLockMode mode)
 {
     if (m_image.isNull())
         return {};
     // Format_ARGB32 is B, G, R, A in memory on little-endian machines, as locked bits are.
-    m_locked = m_image.convertToFormat(QImage::Format_ARGB32);
+    m_lockMode = mode;
+    if (mode == ImageLockMode::Write)
+        m_locked = QImage(m_image.size(), QImage::Format_ARGB32);
+    else
+        m_locked = m_image.convertToFormat(QImage::Format_ARGB32);
+    if (m_locked.isNull())
+        return {};
     return {m_locked.width(), m_locked.height(), int(m_locked.bytesPerLine()), m_locked.bits()};
 }
 
@@ -389,7 +395,8 @@ void Bitmap::UnlockBits(BitmapData& data)
 {
     if (m_locked.isNull() || data.Scan0 != m_locked.constBits())
         return;
-    m_image = m_locked.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (m_lockMode != ImageLockMode::Read)
+        m_image = m_locked.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     m_locked = QImage();
     data = {};
 }

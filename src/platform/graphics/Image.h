@@ -50,6 +50,10 @@ struct BitmapData {
     unsigned char* Scan0 = nullptr;
 };
 
+// What a lock is for: bits locked for reading only are not taken back, and bits locked for
+// writing only start undefined, so neither pays for a conversion it doesn't need.
+enum class ImageLockMode { Read = 1, Write = 2, ReadWrite = 3 };
+
 // A bitmap to draw on, 32 bits per pixel with alpha; a new bitmap is all transparent.
 class Bitmap : public Image {
 public:
@@ -57,7 +61,8 @@ public:
     explicit Bitmap(QImage image);
 
     // LockBits hands out non-premultiplied bytes; UnlockBits takes them back.
-    BitmapData LockBits();
+    BitmapData LockBits() { return LockBits(ImageLockMode::ReadWrite); }
+    BitmapData LockBits(ImageLockMode mode);
     void UnlockBits(BitmapData& data);
 
     QImage& image() { return m_image; }
@@ -65,6 +70,7 @@ public:
 
 private:
     QImage m_locked; // the non-premultiplied copy handed out between LockBits and UnlockBits
+    ImageLockMode m_lockMode = ImageLockMode::ReadWrite;
 };
 
 } // namespace gfx

@@ -1,0 +1,360 @@
+#include "platform/Spooler.h"
+
+#include <QFile>
+#include <QTemporaryFile>
+
+#include <algorithm>
+#include <cups/cups.h>
+#include <sys/socket.h>
+
+namespace {
+
+int g_timeoutSeconds = 30;
+QString g_lastError;
+
+int fail(int status, const QString& text, int* error)
+{
+    g_lastError = text;
+    if (error)
+        *error = status;
+    return status;
+}
+
+int failFromCups(int* error)
+{
+    return fail(int(cupsLastError()), QString::fromUtf8(cupsLastErrorString()), error);
+}
+
+bool cupsFailed()
+{
+    return cupsLastError() > IPP_STATUS_OK_EVENTS_COMPLETE;
+}
+
+// One connection to the scheduler for one call, closed when the call ends.
+class Connection {
+public:
+    Connection()
+    {
+        m_http = httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
+                              g_timeoutSeconds * 1000, nullptr);
+        // Without a callback a request that waits longer than this fails.
+        if (m_http)
+            httpSetTimeout(m_http, g_timeoutSeconds, nullptr, nullptr);
+    }
+    ~Connection() { httpClose(m_http); }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    http_t* get() const { return m_http; }
+    // Whether the connection stands; otherwise the error is set.
+    bool ok(int* error) const
+    {
+        if (m_http)
+            return true;
+        fail(Spooler::ErrorUnavailable,
+             QStringLiteral("The print spooler at %1 can't be reached").arg(QString::fromUtf8(cupsServer())), error);
+        return false;
+    }
+
+private:
+    http_t* m_http = nullptr;
+};
+
+class Dests {
+public:
+    explicit Dests(http_t* http) { m_count = cupsGetDests2(http, &m_dests); }
+    ~Dests() { cupsFreeDests(m_count, m_dests); }
+    Dests(const Dests&) = delete;
+    Dests& operator=(const Dests&) = delete;
+
+    int count() const { return m_count; }
+    cups_dest_t* dests() const { return m_dests; }
+
+private:
+    int m_count = 0;
+    cups_dest_t* m_dests = nullptr;
+};
+
+QString destOption(const cups_dest_t& dest, const char* name)
+{
+    return QString::fromUtf8(cupsGetOption(name, dest.num_options, dest.options));
+}
+
+QByteArray printerUri(const QString& queue)
+{
+    char uri[HTTP_MAX_URI];
+    httpAssembleURIf(HTTP_URI_CODING_ALL, uri, sizeof uri, "ipp", nullptr, "localhost", ippPort(), "/printers/%s",
+                     queue.toUtf8().constData());
+    return uri;
+}
+
+ipp_t* newRequest(ipp_op_t operation, const QString& queue)
+{
+    ipp_t* request = ippNewRequest(operation);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, printerUri(queue).constData());
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_NAME, "requesting-user-name", nullptr, cupsUser());
+    return request;
+}
+
+// The defaults of the options a PPD offers ("*OpenUI *Resolution/...", "*DefaultResolution: 300dpi").
+QList<SpoolerOption> ppdDefaults(const QByteArray& ppd)
+{
+    QStringList offered;
+    QList<SpoolerOption> defaults;
+    for (const QByteArray& raw : ppd.split('\n')) {
+        const QByteArray line = raw.trimmed();
+        if (line.startsWith("*OpenUI *") || line.startsWith("*JCLOpenUI *")) {
+            const qsizetype start = line.indexOf('*', 1) + 1;
+            qsizetype end = start;
+            while (end < line.size() && line[end] != '/' && line[end] != ':')
+                ++end;
+            offered << QString::fromUtf8(line.mid(start, end - start));
+        }
+    }
+    for (const QByteArray& raw : ppd.split('\n')) {
+        const QByteArray line = raw.trimmed();
+        if (!line.startsWith("*Default"))
+            continue;
+        const qsizetype colon = line.indexOf(':');
+        if (colon < 0)
+            continue;
+        const QString name = QString::fromUtf8(line.mid(8, colon - 8));
+        if (offered.contains(name))
+            defaults.append({name, QString::fromUtf8(line.mid(colon + 1).trimmed())});
+    }
+    return defaults;
+}
+
+QByteArray fetchPpd(http_t* http, const QString& queue)
+{
+    QTemporaryFile file;
+    if (!file.open())
+        return {};
+    const QByteArray resource = "/printers/" + queue.toUtf8() + ".ppd";
+    if (cupsGetFd(http, resource.constData(), file.handle()) != HTTP_STATUS_OK)
+        return {};
+    file.seek(0);
+    return file.readAll();
+}
+
+} // namespace
+
+void Spooler::UseServer(const QString& server)
+{
+    cupsSetServer(server.isEmpty() ? nullptr : server.toUtf8().constData());
+}
+
+void Spooler::SetTimeout(int seconds)
+{
+    g_timeoutSeconds = std::max(1, seconds);
+}
+
+bool Spooler::Destinations(QList<SpoolerPrinter>* printers, int* error)
+{
+    printers->clear();
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    const Dests dests(connection.get());
+    if (dests.count() == 0 && cupsFailed())
+        return failFromCups(error), false;
+    for (int i = 0; i < dests.count(); ++i) {
+        const cups_dest_t& dest = dests.dests()[i];
+        if (dest.instance)
+            continue;
+        SpoolerPrinter printer;
+        printer.name = QString::fromUtf8(dest.name);
+        printer.info = destOption(dest, "printer-info");
+        printer.makeAndModel = destOption(dest, "printer-make-and-model");
+        printer.deviceUri = destOption(dest, "device-uri");
+        printer.state = destOption(dest, "printer-state").toInt();
+        printer.acceptingJobs = destOption(dest, "printer-is-accepting-jobs") == QLatin1String("true");
+        printer.isDefault = dest.is_default != 0;
+        printers->append(printer);
+    }
+    return true;
+}
+
+bool Spooler::DefaultDestination(QString* name, int* error)
+{
+    name->clear();
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    cups_dest_t* dest = cupsGetNamedDest(connection.get(), nullptr, nullptr);
+    if (!dest) {
+        if (cupsFailed())
+            failFromCups(error);
+        else
+            fail(ErrorNotFound, QStringLiteral("There is no default printer"), error);
+        return false;
+    }
+    *name = QString::fromUtf8(dest->name);
+    cupsFreeDests(1, dest);
+    return true;
+}
+
+bool Spooler::FindPrinter(const QString& name, QString* queue, int* error)
+{
+    queue->clear();
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    const Dests dests(connection.get());
+    if (dests.count() == 0 && cupsFailed())
+        return failFromCups(error), false;
+    if (!name.isEmpty()) {
+        if (const cups_dest_t* dest = cupsGetDest(name.toUtf8().constData(), nullptr, dests.count(), dests.dests())) {
+            *queue = QString::fromUtf8(dest->name);
+            return true;
+        }
+        for (int i = 0; i < dests.count(); ++i) {
+            const cups_dest_t& dest = dests.dests()[i];
+            if (!dest.instance && destOption(dest, "printer-info") == name) {
+                *queue = QString::fromUtf8(dest.name);
+                return true;
+            }
+        }
+    }
+    fail(ErrorNotFound, QStringLiteral("No printer is called %1").arg(name), error);
+    return false;
+}
+
+bool Spooler::GetPrinter(const QString& queue, SpoolerPrinter* printer, int* error)
+{
+    *printer = SpoolerPrinter();
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    ipp_t* request = newRequest(IPP_OP_GET_PRINTER_ATTRIBUTES, queue);
+    static const char* const wanted[] = {"printer-name", "printer-info", "printer-make-and-model", "device-uri",
+                                         "printer-state", "printer-is-accepting-jobs", "printer-defaults"};
+    ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
+                  int(sizeof wanted / sizeof wanted[0]), nullptr, wanted);
+    ipp_t* response = cupsDoRequest(connection.get(), request, "/");
+    if (!response || cupsFailed()) {
+        ippDelete(response);
+        return failFromCups(error), false;
+    }
+
+    auto text = [response](const char* name) {
+        ipp_attribute_t* attribute = ippFindAttribute(response, name, IPP_TAG_ZERO);
+        return attribute ? QString::fromUtf8(ippGetString(attribute, 0, nullptr)) : QString();
+    };
+    printer->name = text("printer-name");
+    printer->info = text("printer-info");
+    printer->makeAndModel = text("printer-make-and-model");
+    printer->deviceUri = text("device-uri");
+    if (ipp_attribute_t* state = ippFindAttribute(response, "printer-state", IPP_TAG_ENUM))
+        printer->state = ippGetInteger(state, 0);
+    if (ipp_attribute_t* accepting = ippFindAttribute(response, "printer-is-accepting-jobs", IPP_TAG_BOOLEAN))
+        printer->acceptingJobs = ippGetBoolean(accepting, 0) != 0;
+
+    for (ipp_attribute_t* attribute = ippFirstAttribute(response); attribute;
+         attribute = ippNextAttribute(response)) {
+        const char* rawName = ippGetName(attribute);
+        if (!rawName)
+            continue;
+        const QString name = QString::fromUtf8(rawName);
+        // A default that is not set ("no-value") is no option to hand on to a job.
+        if (!name.endsWith(QLatin1String("-default")) || name.startsWith(QLatin1String("notify-")) ||
+            name.startsWith(QLatin1String("document-format")) || ippGetValueTag(attribute) < IPP_TAG_INTEGER)
+            continue;
+        char value[1024];
+        ippAttributeString(attribute, value, sizeof value);
+        printer->jobOptions.append({name.chopped(8), QString::fromUtf8(value)});
+    }
+    ippDelete(response);
+
+    printer->jobOptions.append(ppdDefaults(fetchPpd(connection.get(), queue)));
+    const bool hasCopies = std::any_of(printer->jobOptions.begin(), printer->jobOptions.end(),
+                                       [](const SpoolerOption& option) { return option.first == QLatin1String("copies"); });
+    if (!hasCopies)
+        printer->jobOptions.append({QStringLiteral("copies"), QStringLiteral("1")});
+    std::stable_sort(printer->jobOptions.begin(), printer->jobOptions.end(),
+                     [](const SpoolerOption& a, const SpoolerOption& b) { return a.first < b.first; });
+    return true;
+}
+
+int Spooler::CreateJob(const QString& queue, const QString& title, const QList<SpoolerOption>& options, int* error)
+{
+    Connection connection;
+    if (!connection.ok(error))
+        return 0;
+    int count = 0;
+    cups_option_t* cupsOptions = nullptr;
+    for (const SpoolerOption& option : options)
+        count = cupsAddOption(option.first.toUtf8().constData(), option.second.toUtf8().constData(), count, &cupsOptions);
+    const int job = cupsCreateJob(connection.get(), queue.toUtf8().constData(), title.toUtf8().constData(), count,
+                                  cupsOptions);
+    cupsFreeOptions(count, cupsOptions);
+    if (job <= 0) {
+        failFromCups(error);
+        return 0;
+    }
+    return job;
+}
+
+bool Spooler::SendDocument(const QString& queue, int job, const QString& documentName, const QByteArray& data,
+                           const QString& format, int* error)
+{
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    const QByteArray name = queue.toUtf8();
+    if (cupsStartDocument(connection.get(), name.constData(), job, documentName.toUtf8().constData(),
+                          format.toUtf8().constData(), 1) != HTTP_STATUS_CONTINUE)
+        return failFromCups(error), false;
+    constexpr qsizetype chunk = 65536;
+    for (qsizetype offset = 0; offset < data.size(); offset += chunk) {
+        const size_t length = size_t(std::min(chunk, data.size() - offset));
+        if (cupsWriteRequestData(connection.get(), data.constData() + offset, length) != HTTP_STATUS_CONTINUE) {
+            // Ends the request so that the scheduler reports why.
+            cupsFinishDocument(connection.get(), name.constData());
+            return failFromCups(error), false;
+        }
+    }
+    if (cupsFinishDocument(connection.get(), name.constData()) > IPP_STATUS_OK_EVENTS_COMPLETE)
+        return failFromCups(error), false;
+    return true;
+}
+
+bool Spooler::CancelJob(const QString& queue, int job, int* error)
+{
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    if (cupsCancelJob2(connection.get(), queue.toUtf8().constData(), job, 0) > IPP_STATUS_OK_EVENTS_COMPLETE)
+        return failFromCups(error), false;
+    return true;
+}
+
+bool Spooler::GetJobState(const QString& queue, int job, JobState* state, int* error)
+{
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    ipp_t* request = newRequest(IPP_OP_GET_JOB_ATTRIBUTES, queue);
+    ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "job-id", job);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr, "job-state");
+    ipp_t* response = cupsDoRequest(connection.get(), request, "/");
+    const ipp_status_t status = cupsLastError();
+    if (status == IPP_STATUS_ERROR_NOT_FOUND) {
+        ippDelete(response);
+        *state = Gone;
+        return true;
+    }
+    ipp_attribute_t* attribute = response ? ippFindAttribute(response, "job-state", IPP_TAG_ENUM) : nullptr;
+    if (!response || status > IPP_STATUS_OK_EVENTS_COMPLETE || !attribute) {
+        ippDelete(response);
+        return failFromCups(error), false;
+    }
+    *state = JobState(ippGetInteger(attribute, 0));
+    ippDelete(response);
+    return true;
+}
+
+QString Spooler::ErrorText()
+{
+    return g_lastError;
+}

@@ -1,0 +1,179 @@
+#include "TestSupport.h"
+
+#include "platform/MessageBox.h"
+#include "printing/RewriteStream.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+namespace {
+
+const QByteArray Marker = QByteArray::fromHex("1B21000000000021");
+const QByteArray Fixed = QByteArray::fromHex("1B300C13184B9244");
+const QString Disc = QStringLiteral("Qn217 CD/DVD Printer");
+
+QByteArray bytes(const char* hex)
+{
+    return QByteArray::fromHex(hex);
+}
+
+QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
+}
+
+// Collects the messages shown while it lives.
+class Messages {
+public:
+    Messages()
+    {
+        MessageBox::SetPresenter([this](const QString& text, int style) {
+            texts << text;
+            return MessageBox::DefaultAnswer(style);
+        });
+    }
+    ~Messages() { MessageBox::SetPresenter(nullptr); }
+    QStringList texts;
+};
+
+TEST(RewriteStreamBytes, EachKindOfCommand)
+{
+    // Plain bytes, and commands of no special kind, pass unchanged; a 1B 21 or 1B 30 that is
+    // not exactly the marker or the fixed command is such an "other".
+    const QByteArray plain = "abc" + bytes("1B41010203040506") + bytes("1B21000000000022") +
+                             bytes("1B300C13184B9245") + "xyz";
+    EXPECT_EQ(RewriteStreamBytes(plain), plain);
+
+    // The fixed command moves to just behind the marker; the length stays.
+    const QByteArray moved = "ab" + Marker + "cd" + Fixed + "ef";
+    EXPECT_EQ(RewriteStreamBytes(moved), "ab" + Marker + Fixed + "cdef");
+
+    // A marker without the fixed command gets one (8 bytes more); a fixed command without a
+    // marker is dropped (8 bytes fewer); each marker gets its own.
+    EXPECT_EQ(RewriteStreamBytes(Marker), Marker + Fixed);
+    EXPECT_EQ(RewriteStreamBytes("a" + Fixed + "b"), "ab");
+    EXPECT_EQ(RewriteStreamBytes(Marker + Fixed + Marker + Fixed), Marker + Fixed + Marker + Fixed);
+
+    // Marker and fixed-command bytes inside a block are picture data, copied as they are.
+    const QByteArray block = bytes("1B4640001000AABB") + Marker + Fixed + "z";
+    EXPECT_EQ(RewriteStreamBytes(block), block);
+    // A block of another kind carries no data: parsing goes on right behind its eight bytes.
+    EXPECT_EQ(RewriteStreamBytes(bytes("1B46410010000000") + Marker), bytes("1B46410010000000") + Marker + Fixed);
+
+    // A header's value is an end position 256 bytes short: 1B 70 00 10 at offset 0 copies the
+    // bytes from offset 8 up to offset 272 (264 bytes) unread, and parses what follows.
+    QByteArray raw(264, '\0');
+    raw.replace(0, 8, Marker);
+    raw.replace(100, 8, Fixed);
+    const QByteArray header = bytes("1B70001000000000") + raw + Marker;
+    EXPECT_EQ(RewriteStreamBytes(header), bytes("1B70001000000000") + raw + Marker + Fixed);
+    // The same header further into the stream ends at the same absolute position.
+    const QByteArray later = "0123" + bytes("1B70001000000000") + raw.left(260) + Marker;
+    EXPECT_EQ(RewriteStreamBytes(later), "0123" + bytes("1B70001000000000") + raw.left(260) + Marker + Fixed);
+
+    EXPECT_TRUE(RewriteStreamBytes(QByteArray()).isEmpty());
+}
+
+TEST(RewriteStreamBytes, StreamsCutShortEndSafely)
+{
+    // A command cut off by the end is copied as far as it goes, and nothing more is read.
+    EXPECT_EQ(RewriteStreamBytes("ab" + bytes("1B2100")), "ab" + bytes("1B2100"));
+    EXPECT_EQ(RewriteStreamBytes(Marker.left(7)), Marker.left(7));
+    EXPECT_EQ(RewriteStreamBytes(bytes("1B")), bytes("1B"));
+    // Raw data longer than the rest of the stream: the rest is copied, unparsed.
+    const QByteArray longBlock = bytes("1B4640FFFF000000") + Marker;
+    EXPECT_EQ(RewriteStreamBytes(longBlock), longBlock);
+    const QByteArray longHeader = bytes("1B70FFFF00000000") + Fixed;
+    EXPECT_EQ(RewriteStreamBytes(longHeader), longHeader);
+    // A header whose end lies behind it copies no data; parsing goes on behind it and ends.
+    const QByteArray behind = QByteArray(300, 'x') + bytes("1B70000000000000") + Marker;
+    EXPECT_EQ(RewriteStreamBytes(behind), QByteArray(300, 'x') + bytes("1B70000000000000") + Marker + Fixed);
+}
+
+TEST(RewriteStream, RewritesTheDiscPrintersFileInPlace)
+{
+    TestFolder folder;
+    Messages messages;
+
+    // Another device leaves the file alone, marker and all.
+    const QString other = folder.write("other.prn", "a" + Marker + "b");
+    EXPECT_TRUE(RewriteStream(other, QStringLiteral("Qn217 CD/DVD printer")));
+    EXPECT_EQ(readFile(other), "a" + Marker + "b");
+
+    // Growing: the marker gets its command.
+    const QString grows = folder.write("grows.prn", "a" + Marker + "b");
+    EXPECT_TRUE(RewriteStream(grows, Disc));
+    EXPECT_EQ(readFile(grows), "a" + Marker + Fixed + "b");
+
+    // Shrinking: written over from the start without truncation, so the old content's last
+    // eight bytes stay behind the result.
+    const QByteArray old = "head" + Fixed + "tail-of-it";
+    const QString shrinks = folder.write("shrinks.prn", old);
+    EXPECT_TRUE(RewriteStream(shrinks, Disc));
+    EXPECT_EQ(readFile(shrinks), "headtail-of-it" + old.right(8));
+
+    const QString empty = folder.write("empty.prn", QByteArray());
+    EXPECT_TRUE(RewriteStream(empty, Disc));
+    EXPECT_TRUE(readFile(empty).isEmpty());
+    EXPECT_TRUE(messages.texts.isEmpty());
+}
+
+TEST(RewriteStream, FailuresShowTheirMessageAndLeaveTheFile)
+{
+    TestFolder folder;
+    Messages messages;
+    const QString missing = folder.path() + "/no such file.prn";
+    EXPECT_FALSE(RewriteStream(missing, Disc));
+    EXPECT_FALSE(QFile::exists(missing)) << "opening for writing must not create the file";
+
+    // A folder opens for reading but never for writing.
+    const QString directory = folder.path() + "/a folder";
+    QDir().mkpath(directory);
+    EXPECT_FALSE(RewriteStream(directory, Disc));
+
+    EXPECT_EQ(messages.texts,
+              QStringList({"Error Reading: " + missing, "Error Writing: " + directory}));
+}
+
+TEST(RewriteStream, CommandLineTool)
+{
+    TestFolder folder;
+    const QString path = folder.write("job with blanks.prn", "a" + Fixed + Marker + "b");
+    auto run = [](const QStringList& args, QByteArray* out = nullptr, QByteArray* err = nullptr) {
+        QProcess process;
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.start(QCoreApplication::applicationDirPath() + "/tessarelle-cli", args);
+        if (!process.waitForFinished(60000)) {
+            process.kill();
+            process.waitForFinished();
+            return -1;
+        }
+        if (out)
+            *out = process.readAllStandardOutput();
+        if (err)
+            *err = process.readAllStandardError();
+        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    };
+
+    QByteArray out;
+    EXPECT_EQ(run({"rewrite", path, "Some Other Printer"}, &out), 0);
+    EXPECT_EQ(readFile(path), "a" + Fixed + Marker + "b");
+    EXPECT_TRUE(out.contains("left as it is")) << out.constData();
+
+    EXPECT_EQ(run({"rewrite", path, Disc}, &out), 0);
+    EXPECT_EQ(readFile(path), "a" + Marker + Fixed + "b");
+    EXPECT_TRUE(out.contains("rewritten")) << out.constData();
+
+    QByteArray err;
+    const QString missing = folder.path() + "/missing.prn";
+    EXPECT_EQ(run({"rewrite", missing, Disc}, nullptr, &err), 1);
+    EXPECT_EQ(err, ("Error Reading: " + missing + "\n").toUtf8());
+    EXPECT_EQ(run({"rewrite", path}), 2);
+}
+
+} // namespace
