@@ -75,7 +75,8 @@ std::unique_ptr<CDrawObj> makeShape(int index, std::mt19937& random, int extent)
         rect->m_endArrow = ShapeAppearance::ArrowCodeAt((index / 6) % 6);
         object = std::move(rect);
     }
-    object->m_fillKind = index % 5;
+    // Every fill kind on every kind of shape: the fill turns once more on each round of five.
+    object->m_fillKind = (index + index / 5) % 5;
     object->m_fillColor1 = randomColor(random);
     object->m_fillColor2 = randomColor(random);
     object->m_lineColor1 = randomColor(random);
@@ -86,11 +87,12 @@ std::unique_ptr<CDrawObj> makeShape(int index, std::mt19937& random, int extent)
     object->m_gradientSwap = std::uint8_t(index % 2);
     object->m_lineWidth = std::uint8_t(1 + index % 9);
     object->m_dashStyle = index % 3 == 0 ? index / 3 % 5 : 0;
+    object->m_dashCap = (index / 3) % 3 == 0 ? 0 : (index / 3) % 3 + 1; // flat, round, triangle
     object->m_lineKind = index % 4 == 0 ? 4 : 0;
     object->m_lineGradientMode = index % 4;
     if (object->m_fillKind == 2) {
         object->m_pictureFile = picture();
-        object->m_wrapMode = index % 5;
+        object->m_wrapMode = (index / 5) % 5;
         object->m_pictureScale = std::uint8_t(index % 3);
     }
     return object;
@@ -182,10 +184,30 @@ void BM_HitTestMissAll1000(benchmark::State& state)
         benchmark::DoNotOptimize(doc.ObjectAt(CPoint(5000, 5000)));
 }
 
+// The hardest case: a point inside every object's rectangle and on none of them, the middle of
+// 1,000 rings around it, so every object's outline is asked.
+void BM_HitTestInsideEveryRing1000(benchmark::State& state)
+{
+    ResetDefaultProperties();
+    CDrawDoc doc;
+    gfx::Bitmap bitmap(64, 64);
+    gfx::Graphics graphics(bitmap);
+    for (int i = 0; i < 1000; ++i) {
+        const int r = 100 + i / 2;
+        auto ring = std::make_unique<CDrawRect>(CRect(-r, r, r, -r));
+        ring->m_shape = CDrawRect::Halo;
+        ring->m_ringX = ring->m_ringY = 20;
+        doc.Add(std::move(ring))->Draw(graphics, 300, 300, nullptr);
+    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(doc.ObjectAt(CPoint(0, 0)));
+}
+
 BENCHMARK(BM_Draw200Shapes)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 BENCHMARK(BM_DrawOneFillKind)->DenseRange(0, 4)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_HitTest1000Objects)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_HitTestMissAll1000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_HitTestInsideEveryRing1000)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

@@ -104,6 +104,15 @@ void CommandLine::Parse(int& exitCode)
     }
 }
 
+bool CommandLine::IsUnattended(const QString& line)
+{
+    CommandLine commandLine(TrimQuotes(line));
+    int exitCode = 0;
+    commandLine.Parse(exitCode);
+    const Dispatch dispatch = commandLine.Decide();
+    return dispatch == Dispatch::PrintProject || dispatch == Dispatch::PrintFile;
+}
+
 CommandLine::Dispatch CommandLine::Decide()
 {
     if (m_strCmdLine.isEmpty())

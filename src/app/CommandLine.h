@@ -34,6 +34,9 @@ public:
     // from the left end, then from the right end.
     static QString TrimQuotes(QString line);
 
+    // Whether start-up would print the line's file unattended rather than open the designer.
+    static bool IsUnattended(const QString& line);
+
     explicit CommandLine(QString line = {}) : m_strCmdLine(std::move(line)) {}
 
     // Takes the options from the front of the line. Finding the print option sets the exit

@@ -411,13 +411,14 @@ CPoint CDrawRect::ConstrainAngle(CPoint point, CPoint o)
 CRect CDrawRect::AspectRect(CPoint point) const
 {
     const CPoint c = m_position.CenterPoint();
-    int dx = std::abs(point.x - c.x);
-    int dy = std::abs(point.y - c.y);
+    double dx = std::abs(double(point.x) - c.x);
+    double dy = std::abs(double(point.y) - c.y);
+    // A flat object's aspect is infinite; the corners then stop at the ends of the integer range.
     if (dx > dy)
         dy = truncToInt(dx / m_aspect);
     else
         dx = truncToInt(dy * m_aspect);
-    return CRect(c.x - dx, c.y + dy, c.x + dx, c.y - dy);
+    return CRect(truncToInt(c.x - dx), truncToInt(c.y + dy), truncToInt(c.x + dx), truncToInt(c.y - dy));
 }
 
 void CDrawRect::ResetRing()

@@ -6,9 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 
 namespace {
 
@@ -102,6 +104,23 @@ TEST(FontCollection, FontsOfTheFolderJoinTheFamiliesAndOtherFilesFallThrough)
     }
     // A collection that goes is no longer published.
     EXPECT_EQ(FontCollection::Published(), nullptr);
+}
+
+} // namespace
+
+namespace {
+
+TEST(Application, WithoutADisplayOnlyAnUnattendedPrintStarts)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        environment.remove(QString::fromLatin1(name));
+    QProcess designer;
+    designer.setProcessEnvironment(environment);
+    designer.start(QCoreApplication::applicationDirPath() + "/tessarelle", {});
+    ASSERT_TRUE(designer.waitForFinished(30000)) << "the designer waited for a display that isn't there";
+    EXPECT_EQ(designer.exitCode(), 1);
+    EXPECT_TRUE(designer.readAllStandardError().contains("needs a display"));
 }
 
 } // namespace

@@ -37,11 +37,13 @@ void expectParsed(const Case& c, const Parsed& p)
 {
     EXPECT_EQ(p.dispatch, c.dispatch);
     EXPECT_EQ(p.exitCode, c.exitCode);
-    if (c.remaining)
+    if (c.remaining) {
         EXPECT_EQ(p.remaining, QString::fromUtf8(c.remaining));
+    }
     EXPECT_EQ(p.printer, QString::fromUtf8(c.printer));
-    if (c.printFile)
+    if (c.printFile) {
         EXPECT_EQ(p.printFile, QString::fromUtf8(c.printFile));
+    }
 }
 
 TEST(CommandLine, LinesDecideTheStartAndKeepTheirQuirks)
@@ -124,6 +126,9 @@ TEST(CommandLine, ShellArgumentsJoinWithQuotesWhereTheParserNeedsThem)
     for (const auto& [arguments, expected] : runs) {
         SCOPED_TRACE(arguments.join(' ').toStdString());
         expectParsed(expected, parse(CommandLine::TrimQuotes(CommandLine::FromArguments(arguments))));
+        // Without a display only these may start.
+        EXPECT_EQ(CommandLine::IsUnattended(CommandLine::FromArguments(arguments)),
+                  expected.dispatch == Dispatch::PrintProject || expected.dispatch == Dispatch::PrintFile);
     }
 }
 

@@ -28,8 +28,9 @@ TEST(LabelPreview, FitFollowsTheNarrowerSideAndCentres)
     for (const auto& c : cases) {
         const CLabelPreview::Fit fit = CLabelPreview::FitLabel(c.label, c.window);
         EXPECT_EQ(fit.deviceSize, c.deviceSize) << c.window.width() << "x" << c.window.height();
-        if (c.deviceSize.cx != 0)
+        if (c.deviceSize.cx != 0) {
             EXPECT_EQ(fit.viewportOrg, c.viewportOrg);
+        }
     }
     // A card wider than high, without a margin.
     const CLabelPreview::Fit card = CLabelPreview::FitLabel(CSize(340, 200), QSize(680, 680), 1.0);

@@ -123,9 +123,15 @@ TEST_F(DocumentSizes, DiametersComeFromTheProfileWithTheFirstAreaAsDefault)
     addTemplate(DiscPrinter);
     useTemplate(0);
     // Defaults from the first area, in thousandths truncated.
-    EXPECT_DOUBLE_EQ(doc.GetOuterDia(), 4.645);
-    EXPECT_DOUBLE_EQ(doc.GetInnerDia(), 1.653);
+    EXPECT_DOUBLE_EQ(doc.GetOuterDia(), 4.646);
+    EXPECT_DOUBLE_EQ(doc.GetInnerDia(), 1.654);
     EXPECT_DOUBLE_EQ(doc.GetBusDia(), 4.72);
+    // 1.001 is a hair below itself as a double, so a thousand of it truncates to 1000.
+    addTemplate("PRINTER\nTray\n\n4.724\n4.724\n0\n0\nDISC\n1\nOdd\n2.362\n2.362\n4.7\n1.001\nENDOBJECT\nEND\n");
+    CDrawDoc hair;
+    hair.SetTemplates(&templates);
+    hair.SetTemplate(1);
+    EXPECT_DOUBLE_EQ(hair.GetInnerDia(), 1.0);
 
     CDrawDoc other;
     other.SetTemplates(&templates);

@@ -237,7 +237,7 @@ TEST_F(LabelDrawing, ViewShowsPerforationsAndTheGridOverTheLabel)
     doc.m_bShowGrid = true;
     LabelCanvas grid;
     doc.DrawLabel(grid.graphics, 40, 40, &view, 0, true);
-    auto lineAt = [&](int x) { return std::max(darkness(grid.bitmap, x - 1, 60), darkness(grid.bitmap, x, 60)); };
+    auto lineAt = [&](int x) { return std::max(darkness(grid.bitmap, x - 1, 62), darkness(grid.bitmap, x, 62)); }; // between horizontal lines
     EXPECT_GT(lineAt(120), lineAt(124)); // half inch: heavy and light together
     EXPECT_GT(lineAt(124), lineAt(122)); // a tenth: light only; between lines: nothing
     EXPECT_EQ(lineAt(122), 0);

@@ -196,7 +196,7 @@ TEST_F(ShapeReference, DashedAndGradientOutlines)
                                 CRect(-95 + inset, 95 - inset, 95 - inset, -95 + inset)));
         objects.back()->m_flags = 1;
         objects.back()->m_dashStyle = dash;
-        objects.back()->m_dashCap = dash == 2 ? 2 : 0;
+        objects.back()->m_dashCap = dash == 2 ? 2 : dash == 4 ? 3 : 0; // flat, round, flat, triangle
         objects.back()->m_lineWidth = std::uint8_t(2 + dash);
         objects.back()->m_lineColor1 = gfx::Color(255, 40 * dash, 20, 160);
     }

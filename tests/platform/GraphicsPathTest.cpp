@@ -88,7 +88,9 @@ TEST(GraphicsPathArc, ArcsJoinTheOpenFigureUnlessAFigureWasStarted)
     card.AddArc(circle, 210, -60);
     card.CloseFigure();
     EXPECT_EQ(figures(card), 1);
-    EXPECT_TRUE(card.GetPathTypes().back() & Closed);
+    const std::vector<std::uint8_t> cardTypes = card.GetPathTypes();
+    ASSERT_FALSE(cardTypes.empty());
+    EXPECT_TRUE(cardTypes.back() & Closed);
     const QRectF bounds = card.GetBounds();
     EXPECT_NEAR(bounds.left(), -50.0, 1e-3);
     EXPECT_NEAR(bounds.right(), 50.0, 1e-3);

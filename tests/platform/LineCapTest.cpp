@@ -208,3 +208,42 @@ TEST(LineCaps, ClosedFiguresGetNoCaps)
     EXPECT_EQ(pixelAt(canvas, 42, 20), white);
     EXPECT_EQ(pixelAt(canvas, 50, 12), white);
 }
+
+TEST(DashCaps, RoundAndTriangleEndsComeOutOfTheDashesAndLeaveTheLineEndsFlat)
+{
+    // A 10 wide line from x 10 to 190: dashes of 30 with gaps of 10, the first from 10 to 40.
+    const auto draw = [](DashStyle style, DashCap cap) {
+        Bitmap canvas = makeCanvas(200, 100);
+        Graphics g(canvas);
+        g.SetSmoothingMode(SmoothingMode::AntiAlias);
+        Pen pen(Color(255, 0, 0, 0), 10);
+        pen.SetDashStyle(style);
+        pen.SetDashCap(cap);
+        g.DrawLine(pen, QPointF(10, 50), QPointF(190, 50));
+        return canvas;
+    };
+    const auto inked = [](const Bitmap& canvas, int x, int y) { return pixelAt(canvas, x, y).red() < 64; };
+    const auto blank = [](const Bitmap& canvas, int x, int y) { return pixelAt(canvas, x, y).red() > 192; };
+
+    const Bitmap flat = draw(DashStyle::Dash, DashCap::Flat);
+    const Bitmap round = draw(DashStyle::Dash, DashCap::Round);
+    const Bitmap triangle = draw(DashStyle::Dash, DashCap::Triangle);
+    for (const Bitmap* canvas : {&flat, &round, &triangle}) {
+        EXPECT_TRUE(blank(*canvas, 45, 50)); // the gaps stay open
+        EXPECT_TRUE(inked(*canvas, 38, 50)); // and the dashes keep their length
+        EXPECT_TRUE(inked(*canvas, 10, 54)); // the line's own start is square
+    }
+    // At a dash's inner end only the flat cap fills the corner.
+    EXPECT_TRUE(inked(flat, 39, 54));
+    EXPECT_TRUE(blank(round, 39, 54));
+    EXPECT_TRUE(blank(triangle, 39, 53));
+    // The round end is a half circle, wider than the triangle's point near the tip.
+    EXPECT_TRUE(inked(round, 37, 53));
+    EXPECT_TRUE(blank(triangle, 37, 53));
+
+    // Dots with round ends are round dots, one width across.
+    const Bitmap dots = draw(DashStyle::Dot, DashCap::Round);
+    EXPECT_TRUE(inked(dots, 35, 50));
+    EXPECT_TRUE(blank(dots, 30, 45));
+    EXPECT_TRUE(blank(dots, 45, 50));
+}

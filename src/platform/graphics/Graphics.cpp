@@ -1,5 +1,6 @@
 #include "platform/graphics/Graphics.h"
 
+#include "platform/graphics/DashedStroke.h"
 #include "platform/graphics/DeviceContext.h"
 
 #include <QPaintDevice>
@@ -484,22 +485,50 @@ void Graphics::stroke(const Pen& pen, const QPainterPath& path)
         return;
     const QTransform combined = m_painter->combinedTransform();
     const QPen qtPen = pen.QtPen(combined);
-    if (!pen.HasPatternBrush()) {
+    if (!pen.HasPatternBrush() && !capsDashes(pen, qtPen)) {
         m_painter->strokePath(path, qtPen);
         return;
     }
     // The outline as an area, filled by the pen's brush as any fill is, so that hatch tiles and
     // texture wrapping follow the same rules as in fills.
+    const QPainterPath outline = strokeArea(pen, qtPen, path, combined);
+    if (pen.HasPatternBrush())
+        pen.GetBrush()->Fill(*m_painter, outline, fillContext());
+    else
+        m_painter->fillPath(outline, pen.GetColor().toQColor());
+}
+
+bool Graphics::capsDashes(const Pen& pen, const QPen& qtPen)
+{
+    return pen.GetDashStyle() != DashStyle::Solid && pen.GetDashCap() != DashCap::Flat && !qtPen.isCosmetic();
+}
+
+QPainterPath Graphics::strokeArea(const Pen& pen, const QPen& qtPen, const QPainterPath& path,
+                                  const QTransform& combined)
+{
+    if (capsDashes(pen, qtPen)) {
+        // The figures are flattened finely enough for the device before they are cut into dashes.
+        bool invertible = false;
+        const QTransform toWorld = combined.inverted(&invertible);
+        if (!invertible)
+            return {};
+        QList<QPolygonF> lines;
+        for (const QPolygonF& flat : path.toSubpathPolygons(combined))
+            lines.append(toWorld.map(flat));
+        return DashedStroke(qtPen.widthF(), Pen::DashPattern(pen.GetDashStyle()), pen.GetDashCap(),
+                            qtPen.joinStyle(), qtPen.miterLimit())
+            .Area(lines);
+    }
     QPainterPathStroker stroker(qtPen);
     if (qtPen.isCosmetic()) {
         const double scale = std::sqrt(std::abs(combined.determinant()));
         if (scale <= 0)
-            return;
+            return {};
         stroker.setWidth(1.0 / scale);
     }
     QPainterPath outline = stroker.createStroke(path);
     outline.setFillRule(Qt::WindingFill);
-    pen.GetBrush()->Fill(*m_painter, outline, fillContext());
+    return outline;
 }
 
 void Graphics::stroke(const Pen& pen, const GraphicsPath& path)
@@ -584,12 +613,7 @@ void Graphics::stroke(const Pen& pen, const GraphicsPath& path)
 
     // Everything becomes one area, filled once: separate fills would double the alpha where the
     // line and its heads overlap. The union is taken on the device, where its flattening fits.
-    QPainterPathStroker stroker(qtPen);
-    if (qtPen.isCosmetic())
-        stroker.setWidth(1.0 / std::sqrt(std::abs(combined.determinant())));
-    QPainterPath outline = stroker.createStroke(lines);
-    outline.setFillRule(Qt::WindingFill);
-    QPainterPath area = combined.map(outline);
+    QPainterPath area = combined.map(strokeArea(pen, qtPen, lines, combined));
     if (!filledCaps.isEmpty()) {
         filledCaps.setFillRule(Qt::WindingFill);
         area = area.united(combined.map(filledCaps));
@@ -597,7 +621,7 @@ void Graphics::stroke(const Pen& pen, const GraphicsPath& path)
     if (!strokedCaps.isEmpty()) {
         // A cap outline is drawn solid, with the line's width and joins.
         QPainterPathStroker capStroker;
-        capStroker.setWidth(stroker.width());
+        capStroker.setWidth(qtPen.isCosmetic() ? 1.0 / std::sqrt(std::abs(combined.determinant())) : qtPen.widthF());
         capStroker.setJoinStyle(qtPen.joinStyle());
         capStroker.setMiterLimit(qtPen.miterLimit());
         capStroker.setCapStyle(Qt::FlatCap);

@@ -130,6 +130,11 @@ private:
     void stroke(const Pen& pen, const QPainterPath& path);
     // Strokes with the pen's line caps on the ends of open figures.
     void stroke(const Pen& pen, const GraphicsPath& path);
+    // Whether the pen's dashes need round or triangular ends of their own.
+    static bool capsDashes(const Pen& pen, const QPen& qtPen);
+    // What the pen covers along the path, in world units, for one fill.
+    static QPainterPath strokeArea(const Pen& pen, const QPen& qtPen, const QPainterPath& path,
+                                   const QTransform& combined);
 
     std::unique_ptr<QPainter> m_ownPainter;
     QPainter* m_painter;

@@ -127,8 +127,9 @@ QPen Pen::QtPen(const QTransform& combined) const
     QPen pen(m_color.toQColor());
     pen.setWidthF(deviceWidth < 1.0 ? 0.0 : width);
     pen.setCosmetic(deviceWidth < 1.0);
-    // Triangle dash caps are drawn flat for now.
-    pen.setCapStyle(m_dashStyle != DashStyle::Solid && m_dashCap == DashCap::Round ? Qt::RoundCap : Qt::FlatCap);
+    // Qt's dash caps would lengthen every dash; round and triangular dash ends are cut by the
+    // graphics' own dashing instead.
+    pen.setCapStyle(Qt::FlatCap);
     switch (m_lineJoin) {
     case LineJoin::Miter:
         // Beyond the limit GDI+ cuts the miter off at the limit, as Qt's MiterJoin does.
