@@ -44,7 +44,10 @@ struct ArchiveBytes {
         return *this;
     }
     // A new class tag with its name.
-    ArchiveBytes& newClass(const QByteArray& name, unsigned schema = 0) { return u16(0xFFFF).u16(schema).u16(unsigned(name.size())).raw(name); }
+    ArchiveBytes& newClass(const QByteArray& name, unsigned schema = 0)
+    {
+        return u16(0xFFFF).u16(schema).u16(unsigned(name.size())).raw(name);
+    }
     // A CDrawObj record with the defaults of a new object and the given rectangle.
     ArchiveBytes& objectRecord(int l, int t, int r, int b, const QByteArray& picture8bit = {})
     {

@@ -57,7 +57,8 @@ TEST(ArchiveStrings, WrittenAsUtf16WithTheShortestLengthPrefix)
 
 TEST(ArchiveStrings, EightBitTextInEveryLengthFormReadsAsWindows1252)
 {
-    EXPECT_EQ(loaded(ArchiveBytes().str8("caf\xe9 \x80 \x93ok\x94 \x81").data), QString::fromUtf8("café € “ok” \u0081"));
+    EXPECT_EQ(loaded(ArchiveBytes().str8("caf\xe9 \x80 \x93ok\x94 \x81").data),
+              QString::fromUtf8("café € “ok” \u0081"));
     EXPECT_EQ(loaded(ArchiveBytes().str8(QByteArray()).data), QString());
     const QByteArray medium(300, 'a');
     EXPECT_EQ(loaded(ArchiveBytes().str8(medium).data), QString(medium));
@@ -237,7 +238,7 @@ TEST(ArchiveObjects, BadClassesAndReferencesFailCleanly)
         {"count beyond the file", ArchiveBytes().u16(0xFFFF).u32(0xFFFFFFFF).u16(0).data,
          CArchiveException::endOfFile},
         {"65,535 points that aren't there",
-         ArchiveBytes().u16(1).newClass("CDrawPoly").objectRecord(0, 0, 0, 0).u16(0xFFFF).u16(0xFFFF).u8(0).i32(1).i32(2).data,
+         ArchiveBytes().u16(1).newClass("CDrawPoly").objectRecord(0, 0, 0, 0).u16(0xFFFF).u16(0xFFFF).u8(0).i32(1).data,
          CArchiveException::endOfFile},
         {"truncated class name", ArchiveBytes().u16(1).u16(0xFFFF).u16(0).u16(9).raw("CDraw").data,
          CArchiveException::endOfFile},

@@ -239,7 +239,9 @@ TEST_F(ProjectFile, OlderFormatsWithEightBitStringsLoadAndAreSavedAsTheLatest)
 TEST_F(ProjectFile, HeadersDecideTheVersionAndWhetherToAsk)
 {
     const QByteArray body = olderProject("X", true).mid(2); // everything after the 1-byte header
-    auto withHeader = [&](const QByteArray& id) { return folder.write(QStringLiteral("h.dst"), ArchiveBytes().str8(id).raw(body).data); };
+    auto withHeader = [&](const QByteArray& id) {
+        return folder.write(QStringLiteral("h.dst"), ArchiveBytes().str8(id).raw(body).data);
+    };
 
     // Any number behind the right prefix reads as the latest version, without a question.
     ASSERT_TRUE(doc.OnOpenDocument(withHeader("Tessarelle_9.9")));
@@ -313,7 +315,8 @@ TEST_F(ProjectFile, OpeningClearsFirstThenTakesTheFolderAndThePath)
     messages.clear();
     EXPECT_FALSE(doc.OnOpenDocument(sub));
     EXPECT_FALSE(doc.OnOpenDocument(QStringLiteral("/dev/zero")));
-    EXPECT_EQ(messages, (std::vector<QString>{CDocument::FailedAccessRead.arg("sub"), CDocument::FailedAccessRead.arg("zero")}));
+    EXPECT_EQ(messages, (std::vector<QString>{CDocument::FailedAccessRead.arg("sub"),
+                                              CDocument::FailedAccessRead.arg("zero")}));
 }
 
 TEST_F(ProjectFile, AFileCutAtAnyByteFailsAndKeepsWhatWasRead)

@@ -220,6 +220,6 @@ TEST_F(ProjectCommands, RenderWritesTheSheetOrOneLabelAsPngOrPdf)
     EXPECT_TRUE(readFile(pdf).startsWith("%PDF"));
 
     EXPECT_EQ(runCli({QStringLiteral("render"), project, QStringLiteral("x.jpg")}).exitCode, 2);
-    EXPECT_EQ(runCli({QStringLiteral("render"), project, label, QStringLiteral("--label"), QStringLiteral("4")}).exitCode,
-              2);
+    const QStringList badLabel{QStringLiteral("render"), project, label, QStringLiteral("--label"), QStringLiteral("4")};
+    EXPECT_EQ(runCli(badLabel).exitCode, 2);
 }
