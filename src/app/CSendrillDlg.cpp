@@ -7,14 +7,14 @@
 #include "objects/DefaultProperties.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
+#include "printing/CPrintView.h"
 
 #include <QDir>
-#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include <cstdio>
 
 namespace {
 
@@ -73,27 +73,32 @@ bool CSendrillDlg::OnInitDialog()
     QString printerName = Profile::GetString(Settings, QStringLiteral("PrinterName"));
     if (!commandLine.PrinterName().isEmpty())
         printerName = commandLine.PrinterName();
-    // PENDING (printer settings): select the printer by this name, and when that fails select
-    // again with an empty name once the view exists.
-    m_pDoc->GetPrinter().PrinterName = printerName;
+    const bool printerLoaded = m_pDoc->GetPrinter().Load(printerName) == 0;
 
     // PENDING (drawing view): the zooming, editing view takes this preview's place.
     m_pView = new CLabelPreview(*m_pDoc, this);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pView);
+    // Without its saved set-up the printer is chosen again, through the set-up dialog where
+    // there is one; without one the spooler's default taken by Load stands.
+    if (!printerLoaded)
+        m_pDoc->GetPrinter().Choose(this, QString());
 
     m_pDoc->SetTemplate(Profile::GetInt(m_pDoc->GetPrinter().GetName(true), QStringLiteral("Template"), 0));
 
     // The tool column, the panel stacks and the accelerators come with the main dialog's layout.
 
+    // The file as typed: the unattended path lower-cases it, which a case-sensitive file
+    // system may not find.
+    const QString givenPrintFile = commandLine.PrintFile();
     m_dispatch = commandLine.Decide();
     switch (m_dispatch) {
     case CommandLine::Dispatch::Interactive:
         break;
     case CommandLine::Dispatch::PrintProject:
     case CommandLine::Dispatch::PrintFile:
-        RunUnattended(commandLine);
+        RunUnattended(commandLine, givenPrintFile);
         m_bEnded = true;
         setResult(0);
         return false;
@@ -112,15 +117,34 @@ bool CSendrillDlg::OnInitDialog()
     return true;
 }
 
-void CSendrillDlg::RunUnattended(const CommandLine& commandLine)
+void CSendrillDlg::RunUnattended(const CommandLine& commandLine, const QString& givenPrintFile)
 {
-    // PENDING (print job): a project (".dst") is opened under its lower-cased path, printed with
-    // an empty file string, and saved back when printing modified it; any other file goes to
-    // the print job as it is. The job's result becomes the exit code. Until printing exists the
-    // exit code stays as the command line left it (-1), so a script sees that nothing printed.
-    std::fprintf(stderr, "Tessarelle: unattended printing is not available yet; %s was not printed on %s.\n",
-                 QFile::encodeName(commandLine.PrintFile()).constData(), commandLine.PrinterName().toLocal8Bit().constData());
-    std::fflush(stderr);
+    const QString path = UnattendedPath(commandLine.PrintFile(), givenPrintFile);
+    CPrintView printView(*m_pDoc);
+    if (m_dispatch == CommandLine::Dispatch::PrintProject) {
+        m_strProjectPath = path;
+        const bool opened = OpenProject(path);
+        m_app.m_nExitCode = printView.PrintJob(QString(), commandLine.PrinterName(), false);
+        // The counters printing moved are kept for the next run. A project that could not be
+        // read is not written over with what little was read of it.
+        if (opened && m_pDoc->IsModified())
+            m_pDoc->OnSaveDocument(path);
+    } else {
+        m_app.m_nExitCode = printView.PrintJob(path, commandLine.PrinterName(), false);
+    }
+}
+
+QString CSendrillDlg::UnattendedPath(const QString& lowerCased, const QString& given)
+{
+    return QFileInfo::exists(lowerCased) || !QFileInfo::exists(given) ? lowerCased : given;
+}
+
+bool CSendrillDlg::OpenProject(const QString& path)
+{
+    if (!m_pDoc->OnOpenDocument(path))
+        return false;
+    m_pDoc->SetModifiedFlag(false);
+    return true;
 }
 
 void CSendrillDlg::ResetUpdateRestart()

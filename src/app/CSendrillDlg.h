@@ -54,8 +54,16 @@ public:
     // The command line, already trimmed of its outer quotation marks by the application.
     QString m_strCmdLine;
 
+    // The file an unattended run prints: the lower-cased path, as the program has always
+    // opened it, unless only the path as typed names a file (names differ by case here).
+    static QString UnattendedPath(const QString& lowerCased, const QString& given);
+
 private:
-    void RunUnattended(const CommandLine& commandLine);
+    // Prints the project or picture of the command line on its printer; the job's result is
+    // the exit code. A project is saved back when printing moved its counters.
+    void RunUnattended(const CommandLine& commandLine, const QString& givenPrintFile);
+    // Reads a project into the document; false (reported) when it can't be read.
+    bool OpenProject(const QString& path);
 
     CSendrillApp& m_app;
     std::vector<CTemplateFile> m_templates;

@@ -1,0 +1,364 @@
+#include "PrintOutput.h"
+#include "PrivateCups.h"
+#include "TestSupport.h"
+
+#include "document/CDrawDoc.h"
+#include "fields/DataFields.h"
+#include "objects/CDrawRect.h"
+#include "platform/MessageBox.h"
+#include "platform/Profile.h"
+#include "platform/Spooler.h"
+#include "printing/AppPrinter.h"
+#include "printing/CPrintView.h"
+#include "printing/DEVMODE.h"
+#include "printing/DEVNAMES.h"
+#include "printing/RewriteStream.h"
+#include "templates/CTemplateFile.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
+#include <QThread>
+
+#include <optional>
+
+namespace {
+
+// A disc tray whose printed image starts half an inch from the left and an inch from the top.
+const QByteArray Tray = "PRINTER\nTray\n\n4.724\n4.724\n0.5\n1\n"
+                        "DISC\n1\nStandard\n2.362\n2.362\n4.65\n1.65\nENDOBJECT\nEND\n";
+
+Spooler::JobState finalState(const QString& queue, int job)
+{
+    QElapsedTimer timer;
+    timer.start();
+    Spooler::JobState state = Spooler::Gone;
+    while (timer.elapsed() < 30000) {
+        if (Spooler::GetJobState(queue, job, &state) && state >= Spooler::Stopped && state != Spooler::Stopped)
+            return state;
+        QThread::msleep(50);
+    }
+    return state;
+}
+
+QString appPrinter()
+{
+    PRINTDLG pd;
+    return AppPrinter::GetPrinterDeviceDefaults(&pd) ? DEVNAMES::Device(*pd.hDevNames) : QString();
+}
+
+// The print view as the window layer will drive it: a print dialog that answers with the
+// given records and flags, a file choice, and a status window that records what it shows.
+class ScriptedView : public CPrintView {
+public:
+    using CPrintView::CPrintView;
+
+    std::optional<PRINTDLG> dialog; // what the print dialog returns; none: cancelled
+    std::optional<QString> printFile; // the file of a print to file; none: cancelled
+    int stopAfterPage = 0;            // the cancel button, pressed during this page
+    unsigned flagsShown = 0;
+    QStringList status;
+    QStringList progress;
+
+protected:
+    bool DoPrintDialog(PRINTDLG& pd) override
+    {
+        flagsShown = pd.Flags;
+        if (!dialog)
+            return false;
+        pd.hDevMode = dialog->hDevMode;
+        pd.hDevNames = dialog->hDevNames;
+        pd.Flags |= dialog->Flags;
+        return true;
+    }
+    bool GetPrintToFileName(QString* path) override
+    {
+        if (printFile)
+            *path = *printFile;
+        return printFile.has_value();
+    }
+    void BeginPrintStatus(const QString& title, const QString& text, int total) override
+    {
+        status << title << text << QString::number(total);
+    }
+    void SetPrintProgress(int, const QString& percent) override { progress << percent; }
+    void EndPrintStatus() override { status << "closed"; }
+    // A driver's stream would carry the disc printer's marker; this one adds it to the file.
+    void OnEndPrinting(CPrintDC&, CPrintInfo&) override
+    {
+        QFile file(printFile.value_or(QString()));
+        if (!markerAtEnd || !file.open(QIODevice::Append))
+            return;
+        file.write(QByteArray::fromHex("1B21000000000021"));
+    }
+
+public:
+    bool markerAtEnd = false;
+    bool AbortProc() override { return stopAfterPage == 0 || progress.size() < stopAfterPage; }
+};
+
+class PrintJobTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(cups.Running()) << cups.Failure().toStdString();
+        cups.UseAgain();
+        QDir(CPrinterSettings::DataDirectory()).removeRecursively();
+        QDir().mkpath(CPrinterSettings::DataDirectory());
+        QFile::remove(Profile::FilePath());
+        AppPrinter::SelectPrinter({}, {});
+        MessageBox::SetPresenter([this](const QString& text, int style) {
+            messages << text;
+            return MessageBox::DefaultAnswer(style);
+        });
+        g_dataFields.clear();
+        DATAFIELD disc;
+        disc.Tag = "/*TAG1*/";
+        disc.Type = DATAFIELD::Disc;
+        disc.DiscNumber = 1;
+        disc.DiscTotal = 9;
+        g_dataFields.push_back(disc);
+
+        CTemplateFile tray;
+        ASSERT_TRUE(tray.LoadTemplate(folder.write("tray.tmp", Tray)));
+        templates.push_back(tray);
+        doc.SetTemplates(&templates);
+        doc.OnNewDocument();
+        doc.SetTemplate(0);
+        // A red inch square right of the disc's centre, below its middle line.
+        auto square = std::make_unique<CDrawRect>(CRect(300, 0, 600, -300));
+        square->m_flags = 2;
+        square->m_fillColor1 = gfx::Color(255, 255, 0, 0);
+        doc.Add(std::move(square));
+        doc.SetModifiedFlag(false);
+        doc.GetPrinter().Load("Raw");
+        ASSERT_EQ(doc.GetPrinter().PrinterName, "Raw");
+        ASSERT_TRUE(CPrinterSettings::GetPrinterHandles("Raw", &rawMode, &rawNames));
+        cups.RawPrinter().Clear();
+    }
+
+    void TearDown() override
+    {
+        MessageBox::SetPresenter(nullptr);
+        cups.UseAgain();
+        g_dataFields.clear();
+    }
+
+    // The document the raw printer received as the count-th job.
+    QByteArray received(int count)
+    {
+        EXPECT_TRUE(cups.RawPrinter().WaitForJobs(count, 30000)) << cups.ErrorLog().toStdString();
+        return cups.RawPrinter().Jobs().value(count - 1);
+    }
+
+    PrivateCups& cups = PrivateCups::Instance();
+    TestFolder folder;
+    std::vector<CTemplateFile> templates;
+    CDrawDoc doc;
+    QStringList messages;
+    HGLOBAL rawMode, rawNames;
+};
+
+TEST_F(PrintJobTest, AnUnattendedLabelPrintsOneDiscAtTheCalibratedPlace)
+{
+    CPrintView view(doc);
+    const int job = view.PrintJob(QString(), "Raw", false);
+    ASSERT_GT(job, 0) << messages.join('\n').toStdString();
+    EXPECT_EQ(finalState("Raw", job), Spooler::Completed);
+    const QByteArray pdf = received(1);
+    ASSERT_TRUE(pdf.startsWith("%PDF"));
+    EXPECT_EQ(PrintOutput::PageCount(pdf), 1);
+    // The queue's paper, at its resolution.
+    const QSizeF paper = CPrintDC::PaperOf(*rawMode).size(QPageSize::Point);
+    const QSizeF size = PrintOutput::PageSizePoints(pdf);
+    EXPECT_NEAR(size.width(), paper.width(), 1.0);
+    EXPECT_NEAR(size.height(), paper.height(), 1.0);
+    EXPECT_EQ(g_dataFields[0].DiscNumber, 2u);
+    EXPECT_TRUE(doc.IsModified());
+
+    // At 100 dots per inch: the template's origin (0.5, 1), the calibration's 0.0178, the disc's
+    // centre 2.362 in, the square from 1 inch right of it; its middle row half an inch down.
+    const QImage page = PrintOutput::Render(pdf, 100);
+    ASSERT_FALSE(page.isNull());
+    EXPECT_NEAR(PrintOutput::FirstRedColumn(page, 388), 388, 2);
+    EXPECT_NEAR(PrintOutput::FirstRedColumn(page, 434), 388, 2);
+    EXPECT_EQ(PrintOutput::FirstRedColumn(page, 332), -1);
+    EXPECT_EQ(PrintOutput::FirstRedColumn(page, 288), -1) << "y grows upward";
+    EXPECT_EQ(page.pixelColor(250, 388), QColor(Qt::white));
+
+    // A calibrated tenth of an inch to the right and up; the vertical offset is scaled by the
+    // horizontal resolution as well.
+    Profile::WriteInt("Raw", "XOffset", 37000);
+    Profile::WriteInt("Raw", "YOffset", 17000);
+    const int second = view.PrintJob(QString(), "Raw", false);
+    ASSERT_GT(second, job);
+    const QImage moved = PrintOutput::Render(received(2), 100);
+    EXPECT_NEAR(PrintOutput::FirstRedColumn(moved, 388), 398, 2);
+    EXPECT_NEAR(PrintOutput::FirstRedColumn(moved, 332), 398, 2) << "the square's top edge moved up";
+    EXPECT_EQ(PrintOutput::FirstRedColumn(moved, 432), -1) << "and so did its lower edge";
+    EXPECT_EQ(g_dataFields[0].DiscNumber, 3u);
+
+    EXPECT_EQ(appPrinter(), "Raw") << "the printer in force before the job is back";
+    EXPECT_TRUE(messages.isEmpty()) << messages.join('\n').toStdString();
+}
+
+TEST_F(PrintJobTest, InteractiveCopiesAreDiscsOfTheirOwnAndACancelStopsTheJob)
+{
+    ScriptedView view(doc);
+    // Dismissed: nothing printed.
+    EXPECT_EQ(view.PrintJob(QString(), QString(), false), -1);
+    EXPECT_EQ(view.flagsShown, 0x4000Cu);
+
+    // Three copies: one job of three pages, the driver told one copy, a counter per disc.
+    PRINTDLG chosen;
+    chosen.hDevMode = *rawMode;
+    DEVMODE::SetCopies(*chosen.hDevMode, 3);
+    chosen.hDevNames = rawNames;
+    view.dialog = chosen;
+    const int job = view.PrintJob(QString(), QString(), false);
+    ASSERT_GT(job, 0);
+    EXPECT_EQ(PrintOutput::PageCount(received(1)), 3);
+    EXPECT_EQ(g_dataFields[0].DiscNumber, 4u);
+    EXPECT_EQ(view.progress, QStringList({"33 %", "66 %", "100 %"}));
+    EXPECT_EQ(view.status, QStringList({"Printing Tessarelle Label ...", "Printing Tessarelle Label  on Raw", "3",
+                                        "closed"}));
+    EXPECT_EQ(DEVMODE::Copies(*doc.GetPrinter().hDevMode), 1) << "the dialog's set-up is the document's now";
+    EXPECT_EQ(CPrintView::ProgressText(1, 2), "50 %");
+
+    // Cancelled during the second of five: the job is cancelled, two counters have moved.
+    DEVMODE::SetCopies(*view.dialog->hDevMode, 5);
+    view.progress.clear();
+    view.stopAfterPage = 2;
+    const int cancelled = view.PrintJob(QString(), QString(), false);
+    ASSERT_GT(cancelled, job);
+    EXPECT_EQ(finalState("Raw", cancelled), Spooler::Canceled);
+    EXPECT_EQ(g_dataFields[0].DiscNumber, 6u);
+    EXPECT_EQ(cups.RawPrinter().Jobs().size(), 1);
+
+    // A damaged set-up with a negative count prints no disc instead of counting for ever.
+    DEVMODE::SetCopies(*view.dialog->hDevMode, -4);
+    view.stopAfterPage = 0;
+    EXPECT_GT(view.PrintJob(QString(), QString(), false), 0);
+    EXPECT_EQ(g_dataFields[0].DiscNumber, 6u);
+    EXPECT_TRUE(messages.isEmpty()) << messages.join('\n').toStdString();
+}
+
+TEST_F(PrintJobTest, PrintToFileWritesOnePageAndRewritesTheDiscPrintersStream)
+{
+    ScriptedView view(doc);
+    PRINTDLG chosen;
+    chosen.hDevMode = *rawMode;
+    DEVMODE::SetCopies(*chosen.hDevMode, 4);
+    chosen.hDevNames = DEVNAMES::Build("Driver", "Another Printer", "usb://another");
+    chosen.Flags = PRINTDLG::PD_PRINTTOFILE;
+    view.dialog = chosen;
+    view.markerAtEnd = true;
+
+    // The file dialog cancelled: nothing.
+    EXPECT_EQ(view.PrintJob(QString(), QString(), false), -1);
+
+    const QString plainPath = folder.path() + "/plain.prn";
+    view.printFile = plainPath;
+    EXPECT_EQ(view.PrintJob(QString(), QString(), false), 1);
+    QFile plainFile(plainPath);
+    ASSERT_TRUE(plainFile.open(QIODevice::ReadOnly));
+    const QByteArray plain = plainFile.readAll();
+    EXPECT_EQ(PrintOutput::PageCount(plain), 1) << "a file gets one page";
+    EXPECT_EQ(g_dataFields[0].DiscNumber, 2u);
+
+    const QString discPath = folder.path() + "/disc.prn";
+    view.printFile = discPath;
+    view.dialog->hDevNames = DEVNAMES::Build("Driver", DiscPrinterDeviceName, "usb://disc");
+    g_dataFields[0].DiscNumber = 1;
+    EXPECT_EQ(view.PrintJob(QString(), QString(), false), 1);
+    QFile discFile(discPath);
+    ASSERT_TRUE(discFile.open(QIODevice::ReadOnly));
+    QByteArray disc = discFile.readAll();
+
+    // The two documents differ in their time stamps only, until the disc printer's rewrite.
+    static const QRegularExpression stamp(QStringLiteral("\\(D:[0-9+\\-Z']*\\)"));
+    auto unstamped = [](QByteArray bytes) {
+        return QString::fromLatin1(bytes).replace(stamp, QStringLiteral("(D:0)")).toLatin1();
+    };
+    EXPECT_TRUE(plain.endsWith(QByteArray::fromHex("1B21000000000021")));
+    EXPECT_TRUE(disc.endsWith(QByteArray::fromHex("1B210000000000211B300C13184B9244")));
+    EXPECT_EQ(unstamped(disc), RewriteStreamBytes(unstamped(plain)));
+    EXPECT_TRUE(cups.RawPrinter().Jobs().isEmpty()) << "a print to file sends nothing";
+}
+
+TEST_F(PrintJobTest, APictureTakesTheLabelsPlaceAndMovesNoCounter)
+{
+    QImage blue(300, 300, QImage::Format_RGB32);
+    blue.fill(QColor(0, 0, 255));
+    const QString picture = folder.path() + "/picture.png";
+    ASSERT_TRUE(blue.save(picture));
+    doc.SetBackColor(gfx::RGB(0, 255, 0));
+    doc.SetModifiedFlag(false);
+    const LabelBackground before = doc.GetBackground();
+
+    // As the label's background, clamped and fitted into the disc, the objects left out.
+    CPrintView view(doc);
+    ASSERT_GT(view.PrintJob(picture, "Raw", false), 0);
+    const QImage page = PrintOutput::Render(received(1), 100);
+    EXPECT_EQ(PrintOutput::FirstRedColumn(page, 388), -1);
+    const QColor inDisc = page.pixelColor(388, 388);
+    EXPECT_TRUE(inDisc.blue() > 200 && inDisc.red() < 60 && inDisc.green() < 60) << inDisc.name().toStdString();
+
+    // Unscaled and centred on the paper: one inch square around the tray's middle.
+    ASSERT_GT(view.PrintJob(picture, "Raw", true), 0);
+    const QImage alignment = PrintOutput::Render(received(2), 100);
+    const int middle = 50 + 2 + 236;
+    EXPECT_GT(alignment.pixelColor(middle, middle + 50).blue(), 240);
+    EXPECT_EQ(alignment.pixelColor(middle + 60, middle + 50), QColor(Qt::white));
+
+    // A picture that can't be read prints an empty page.
+    ASSERT_GT(view.PrintJob(folder.path() + "/missing.png", "Raw", false), 0);
+    EXPECT_EQ(PrintOutput::FirstRedColumn(PrintOutput::Render(received(3), 100), 388), -1);
+
+    EXPECT_EQ(g_dataFields[0].DiscNumber, 1u);
+    EXPECT_FALSE(doc.IsModified());
+    const LabelBackground& after = doc.GetBackground();
+    EXPECT_EQ(after.ImageFile, before.ImageFile);
+    EXPECT_EQ(after.BackColor, before.BackColor);
+    EXPECT_EQ(after.BackColor2, before.BackColor2);
+    EXPECT_EQ(after.FitMode, before.FitMode);
+    EXPECT_EQ(after.WrapMode, before.WrapMode);
+    EXPECT_TRUE(messages.isEmpty()) << messages.join('\n').toStdString();
+}
+
+TEST_F(PrintJobTest, PrintersThatCantPrintGiveTheirResultsAndMessages)
+{
+    CPrintView view(doc);
+    EXPECT_EQ(view.PrintJob(QString(), "Nowhere", false), -1);
+
+    ASSERT_TRUE(cups.Run("lpadmin", {"-p", "Refusing", "-E", "-v", "socket://127.0.0.1:9"}));
+    ASSERT_TRUE(cups.Run("cupsreject", {"Refusing"}));
+    EXPECT_EQ(view.PrintJob(QString(), "Refusing", false), -2);
+
+    // A stopped printer takes the job and keeps it until it is started again.
+    ASSERT_TRUE(cups.Run("cupsaccept", {"Refusing"}));
+    ASSERT_TRUE(cups.Run("cupsdisable", {"Refusing"}));
+    const int held = view.PrintJob(QString(), "Refusing", false);
+    ASSERT_GT(held, 0);
+    Spooler::JobState state = Spooler::Gone;
+    ASSERT_TRUE(Spooler::GetJobState("Refusing", held, &state));
+    EXPECT_EQ(state, Spooler::Pending);
+    EXPECT_TRUE(Spooler::CancelJob("Refusing", held));
+    EXPECT_TRUE(cups.Run("lpadmin", {"-x", "Refusing"}));
+
+    Spooler::UseServer("127.0.0.1:1");
+    EXPECT_EQ(view.PrintJob(QString(), "Raw", false), -1);
+    cups.UseAgain();
+
+    EXPECT_EQ(messages, QStringList({"Error:  Unable to connect to Nowhere. Error 1030", "Could not start print job.",
+                                     "Error:  Unable to connect to Raw. Error 1283"}));
+    // Two discs went to printers, the others stopped before a page.
+    EXPECT_EQ(g_dataFields[0].DiscNumber, 2u);
+    EXPECT_EQ(appPrinter(), "Raw");
+    EXPECT_TRUE(cups.RawPrinter().Jobs().isEmpty());
+}
+
+} // namespace
