@@ -7,6 +7,9 @@
 #include "platform/FontCollection.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
+#include "platform/Spooler.h"
+#include "printing/CPrinterSettings.h"
+#include "printing/DEVNAMES.h"
 
 #include <gtest/gtest.h>
 
@@ -36,8 +39,24 @@ protected:
             return MessageBox::DefaultAnswer(style);
         });
         app.m_strInstallDir = install.path() + '/';
+        // No spooler: the printers these tests name are the ones saved here.
+        Spooler::UseServer(QStringLiteral("127.0.0.1:1"));
     }
-    void TearDown() override { MessageBox::SetPresenter(nullptr); }
+    void TearDown() override
+    {
+        MessageBox::SetPresenter(nullptr);
+        Spooler::UseServer(QString());
+    }
+
+    // A printer's set-up saved as the program saves it, so that start-up finds it.
+    static void savePrinter(const QString& name)
+    {
+        CPrinterSettings printer;
+        printer.hDevMode = QByteArray("copies=1\n");
+        printer.hDevNames = DEVNAMES::Build(QStringLiteral("Driver"), name, QStringLiteral("ipp://printer"));
+        QDir().mkpath(CPrinterSettings::DataDirectory());
+        EXPECT_EQ(printer.Save(CPrinterSettings::SanitiseName(name)), 0);
+    }
 
     // Writes an executable script that records its arguments, under the given name.
     QString writeUpdater(const QString& name)
@@ -71,6 +90,7 @@ TEST_F(MainDialog, InitialisationReadsTemplatesPrinterAndItsTemplateChoice)
     install.write(QStringLiteral("Templates/Broken.tmp"), "NOT A TEMPLATE\n");
     Profile::WriteInt(Settings, QStringLiteral("UpdateRestart"), 1);
     Profile::WriteString(Settings, QStringLiteral("PrinterName"), QStringLiteral("Office/Laser"));
+    savePrinter(QStringLiteral("Office/Laser"));
     Profile::WriteInt(QStringLiteral("Office_Laser"), QStringLiteral("Template"), 1);
 
     CSendrillDlg dlg(app);
@@ -96,6 +116,7 @@ TEST_F(MainDialog, InitialisationReadsTemplatesPrinterAndItsTemplateChoice)
 TEST_F(MainDialog, CommandLineDecidesThisRunOnly)
 {
     Profile::WriteString(Settings, QStringLiteral("PrinterName"), QStringLiteral("Remembered"));
+    savePrinter(QStringLiteral("Disc Printer"));
     {
         CSendrillDlg dlg(app);
         dlg.m_strCmdLine = QStringLiteral("-PRINTER \"Disc Printer\"");
@@ -117,7 +138,8 @@ TEST_F(MainDialog, CommandLineDecidesThisRunOnly)
         EXPECT_EQ(app.m_nExitCode, -1);
     }
     {
-        // Unattended: ends before anything shows; printing is not there yet, so the -1 stays.
+        // Unattended: ends before anything shows; the printer can't be reached, so nothing
+        // prints and the -1 stays.
         CSendrillDlg dlg(app);
         app.m_nExitCode = 0;
         dlg.m_strCmdLine = QStringLiteral("-PRINTER \"PDF\" -PRINT /tmp/Label.DST");
