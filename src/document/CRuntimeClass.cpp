@@ -2,6 +2,7 @@
 
 #include "objects/CDrawPoly.h"
 #include "objects/CDrawRect.h"
+#include "objects/CDrawText.h"
 
 #include <typeinfo>
 
@@ -23,6 +24,7 @@ bool isExactly(const CDrawObj& object)
 const CRuntimeClass Classes[] = {
     {"CDrawRect", 0, &create<CDrawRect>, &isExactly<CDrawRect>},
     {"CDrawPoly", 0, &create<CDrawPoly>, &isExactly<CDrawPoly>},
+    {"CDrawText", 0, &create<CDrawText>, &isExactly<CDrawText>},
     {"CDrawObj", 0, &create<CDrawObj>, &isExactly<CDrawObj>},
 };
 

@@ -1,5 +1,7 @@
 #include "objects/CDrawText.h"
 
+#include "document/CArchive.h"
+#include "document/CDrawDoc.h"
 #include "fields/DataFields.h"
 #include "objects/CDrawRect.h"
 #include "objects/CGaussBlur.h"
@@ -767,4 +769,36 @@ void CDrawText::SetTextColor(gfx::COLORREF color)
 {
     m_textColor = gfx::Color::FromCOLORREF(color);
     Invalidate();
+}
+
+void CDrawText::Serialize(CArchive& ar)
+{
+    CDrawObj::Serialize(ar);
+    // The file's order isn't the class's; style and justification take one byte.
+    if (ar.IsStoring()) {
+        ar << m_angle << m_text << m_textColor << m_aux1 << m_auxColor1 << m_auxByte1 << std::int32_t(m_auxInt1)
+           << m_fontName << std::int32_t(m_fontSize) << std::int32_t(m_textPathKind) << std::uint8_t(m_fontStyle)
+           << m_auxByte2 << std::uint8_t(m_justify) << m_textTransparency << m_textStyle << m_edgeColor << m_aux2
+           << m_auxColor2 << m_auxByte3 << std::int32_t(m_auxInt2) << m_edgeSize << m_edgeBlur << m_edgeTransparency
+           << std::int32_t(m_shadowOn) << std::int32_t(m_shadowX) << std::int32_t(m_shadowY) << m_shadowBlur
+           << m_shadowTransparency << std::int32_t(m_tracking) << std::int32_t(m_leading);
+        return;
+    }
+    ar >> m_angle >> m_text >> m_textColor >> m_aux1 >> m_auxColor1 >> m_auxByte1 >> m_auxInt1 >> m_fontName
+        >> m_fontSize >> m_textPathKind;
+    m_fontStyle = ar.Read<std::uint8_t>();
+    ar >> m_auxByte2;
+    m_justify = ar.Read<std::uint8_t>();
+    ar >> m_textTransparency >> m_textStyle >> m_edgeColor >> m_aux2 >> m_auxColor2 >> m_auxByte3 >> m_auxInt2
+        >> m_edgeSize >> m_edgeBlur >> m_edgeTransparency >> m_shadowOn >> m_shadowX >> m_shadowY >> m_shadowBlur
+        >> m_shadowTransparency;
+    // The version is the document's: 1.5 and 1.6 end the record here, any other reads on.
+    const auto* doc = dynamic_cast<const CDrawDoc*>(ar.m_pDocument);
+    if (doc && (doc->m_strFileId == CDrawDoc::FileId15 || doc->m_strFileId == CDrawDoc::FileId16)) {
+        m_tracking = 0;
+        m_leading = 0;
+    } else {
+        ar >> m_tracking >> m_leading;
+    }
+    Layout();
 }

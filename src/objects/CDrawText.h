@@ -60,6 +60,7 @@ public:
     bool Intersects(const CRect& rect) override;
     bool IsInside(const CRect& rect) override;
     void MoveHandleTo(int handle, CPoint point, CView* view) override;
+    void Serialize(CArchive& ar) override;
     std::unique_ptr<CDrawObj> Clone() const override;
     CRect GetDrawBounds(CRect rect) const override;
     void SetTextColor(gfx::COLORREF color) override;

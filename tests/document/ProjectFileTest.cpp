@@ -3,6 +3,7 @@
 
 #include "fields/DataFields.h"
 #include "objects/CDrawPoly.h"
+#include "objects/CDrawText.h"
 #include "objects/CDrawRect.h"
 #include "platform/MessageBox.h"
 #include "platform/graphics/Graphics.h"
@@ -81,6 +82,21 @@ protected:
         for (int i = 0; i < 13; ++i)
             poly->AddPoint(CPoint(i * 17, (i * i) % 50), nullptr);
         target.Add(std::move(poly));
+        auto text = std::make_unique<CDrawText>(CRect(-200, 100, 200, -100));
+        text->m_text = QStringLiteral("Mix Nr. 7\r\nSommer /*TAG1*/");
+        text->m_textPathKind = 2;
+        text->m_angle = 135.5f;
+        text->m_fontSize = 18;
+        text->m_fontStyle = 3;
+        text->m_justify = 2;
+        text->m_edgeColor = gfx::Color(255, 9, 8, 7);
+        text->m_shadowOn = 1;
+        text->m_shadowX = -4;
+        text->m_shadowBlur = 200;
+        text->m_tracking = -12;
+        text->m_leading = 30;
+        text->m_aux2 = QStringLiteral("kept");
+        target.Add(std::move(text));
         target.SetCurLabel(0);
 
         DATAFIELD disc;
@@ -114,8 +130,9 @@ private:
 };
 
 // A file of an older format as another writer leaves it: 8-bit strings throughout, a rectangle
-// with a picture on label 0, a triangle on label 1, label 2 empty, one field.
-QByteArray olderProject(const QByteArray& fileId, bool withTemplateIndex)
+// with a picture on label 0, a triangle on label 1, a text without tracking and leading on
+// label 2, one field.
+QByteArray olderProject(const QByteArray& fileId, bool withTemplateIndex, bool withText = true)
 {
     ArchiveBytes b;
     b.str8(fileId);
@@ -131,7 +148,16 @@ QByteArray olderProject(const QByteArray& fileId, bool withTemplateIndex)
     b.u16(1).newClass("CDrawPoly").objectRecord(0, 40, 40, 0).u16(3).u16(10).u8(0);
     b.i32(0).i32(0).i32(20).i32(20).i32(40).i32(0);
     background("");
-    b.u16(0);
+    b.u16(withText ? 1 : 0);
+    if (withText) {
+        b.newClass("CDrawText").objectRecord(-50, 20, 50, -20);
+        b.f32(90).str8("Gr\xfc\xdf" "e").raw(QByteArray::fromHex("FF000000")); // angle, text, colour
+        b.str8("").raw(QByteArray(4, 0)).u8(0).i32(0);                      // the first spare fields
+        b.str8("Arial").i32(12).i32(0).u8(0).u8(0).u8(1);                    // font, size, path, style, spare, justify
+        b.u8(0).u8(0).raw(QByteArray(4, 0));                                 // transparency, style, edge colour
+        b.str8("").raw(QByteArray(4, 0)).u8(0).i32(0);                      // the second spare fields
+        b.u8(1).u8(0).u8(0).i32(0).i32(0).i32(0).u8(0).u8(0);                // edge, shadow: no tracking or leading
+    }
     b.i32(1);
     b.i32(1).i32(2).u32(1).u32(5).u32(1).str8("data.txt").u32(0).u32(1).str8("/*TAG1*/").i32(5).i32(0);
     b.u32(0x10).u32(0x01).i32(0).i32(1).i32(0);
@@ -163,7 +189,7 @@ TEST_F(ProjectFile, WrittenReadAndWrittenAgainIsTheSameToTheByte)
     EXPECT_EQ(second.GetBackground(2).ImageFile, QStringLiteral("Backgrounds/Ström 2.jpg"));
     EXPECT_EQ(second.GetBackground(1).Scale, 1.25);
     ASSERT_EQ(second.GetObjects(0).GetCount(), 2);
-    ASSERT_EQ(second.GetObjects(1).GetCount(), 1);
+    ASSERT_EQ(second.GetObjects(1).GetCount(), 2);
     EXPECT_EQ(second.GetObjects(2).GetCount(), 0);
     for (int label = 0; label < 2; ++label) {
         for (const auto& object : second.GetObjects(label))
@@ -174,6 +200,16 @@ TEST_F(ProjectFile, WrittenReadAndWrittenAgainIsTheSameToTheByte)
     EXPECT_EQ(arc.m_lineColor2, gfx::Color(0x7F, 1, 2, 3));
     const auto& poly = dynamic_cast<const CDrawPoly&>(*second.GetObjects(1).GetAt(0));
     EXPECT_EQ(poly.GetPoints(), dynamic_cast<const CDrawPoly&>(*doc.GetObjects(1).GetAt(0)).GetPoints());
+    const auto& text = dynamic_cast<const CDrawText&>(*second.GetObjects(1).GetAt(1));
+    EXPECT_EQ(text.m_text, QStringLiteral("Mix Nr. 7\r\nSommer /*TAG1*/")) << "tags are kept unexpanded";
+    EXPECT_EQ(text.m_angle, 135.5f);
+    EXPECT_EQ(text.m_fontStyle, 3);
+    EXPECT_EQ(text.m_justify, 2);
+    EXPECT_EQ(text.m_shadowBlur, 200);
+    EXPECT_EQ(text.m_tracking, -12);
+    EXPECT_EQ(text.m_leading, 30);
+    EXPECT_EQ(text.m_aux2, QStringLiteral("kept"));
+    EXPECT_FALSE(text.m_textPath.IsEmpty()) << "a text read is laid out";
     ASSERT_EQ(g_dataFields.size(), 3u);
     EXPECT_EQ(g_dataFields[1].Serial, 0xFFFFFFFFu);
     EXPECT_EQ(g_dataFields[2].FileName, QStringLiteral("names.csv"));
@@ -220,6 +256,11 @@ TEST_F(ProjectFile, OlderFormatsWithEightBitStringsLoadAndAreSavedAsTheLatest)
         EXPECT_EQ(rect.m_shape, 0x100);
         ASSERT_EQ(doc.GetObjects(1).GetCount(), 1);
         EXPECT_EQ(dynamic_cast<const CDrawPoly&>(*doc.GetObjects(1).GetAt(0)).GetPointCount(), 3);
+        ASSERT_EQ(doc.GetObjects(2).GetCount(), 1);
+        const auto& text = dynamic_cast<const CDrawText&>(*doc.GetObjects(2).GetAt(0));
+        EXPECT_EQ(text.m_text, QStringLiteral("Grüße"));
+        EXPECT_EQ(text.m_tracking, 0);
+        EXPECT_EQ(text.m_leading, 0);
         ASSERT_EQ(g_dataFields.size(), 1u);
         EXPECT_EQ(g_dataFields[0].Tag, QStringLiteral("/*TAG1*/"));
         EXPECT_EQ(g_dataFields[0].Serial, 0x11u) << "the high word is ORed into the low one";
@@ -238,7 +279,8 @@ TEST_F(ProjectFile, OlderFormatsWithEightBitStringsLoadAndAreSavedAsTheLatest)
 
 TEST_F(ProjectFile, HeadersDecideTheVersionAndWhetherToAsk)
 {
-    const QByteArray body = olderProject("X", true).mid(2); // everything after the 1-byte header
+    // Everything after the 1-byte header; without the text, whose length differs by version.
+    const QByteArray body = olderProject("X", true, false).mid(2);
     auto withHeader = [&](const QByteArray& id) {
         return folder.write(QStringLiteral("h.dst"), ArchiveBytes().str8(id).raw(body).data);
     };
