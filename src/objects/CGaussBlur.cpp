@@ -252,18 +252,18 @@ bool CGaussBlur::PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to
         for (; j < end; ++j)
             out[j] = blurred[j & 15] ? divide(sums[std::size_t(j)]) : in[j] & copied[j & 15];
     };
-    // Sums for bytes begin..end of a row, each from the pixels `base` bytes back and on by `step`.
-    const auto weighRun = [&](const std::uint8_t* base, const Window& w, int begin, int end) {
+    // Sums for bytes begin..end of a row: byte j from base + j - back on, by `step`.
+    const auto weighRun = [&](const std::uint8_t* base, int back, const Window& w, int begin, int end) {
         const std::int16_t* k = weights.data() + w.weight;
         int j = begin;
         if (wide) {
             for (; j + 32 <= end; j += 32)
-                weigh32(base + j, step, k, w.count, sums.data() + j);
+                weigh32(base + (j - back), step, k, w.count, sums.data() + j);
         }
         for (; j + 16 <= end; j += 16)
-            weigh16(base + j, step, k, w.count, sums.data() + j);
+            weigh16(base + (j - back), step, k, w.count, sums.data() + j);
         if (j < end)
-            weigh(base + j, step, k, w.count, end - j, sums.data() + j);
+            weigh(base + (j - back), step, k, w.count, end - j, sums.data() + j);
     };
 
     for (int y = firstRow; y < endRow; ++y) {
@@ -273,14 +273,14 @@ bool CGaussBlur::PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to
         std::uint8_t* out = to.Scan0 + std::ptrdiff_t(y) * to.Stride;
         if (!alongRows) {
             const Window w = windowAt(y, height, radius);
-            weighRun(from.Scan0 + std::ptrdiff_t(w.first) * from.Stride, w, 0, rowBytes);
+            weighRun(from.Scan0 + std::ptrdiff_t(w.first) * from.Stride, 0, w, 0, rowBytes);
             store(out, in, 0, rowBytes, Divider(divisorOf(w)));
             continue;
         }
         // The middle of the row in runs, the ends pixel by pixel.
         const Window middle{0, 0, 2 * radius + 1};
         if (width - radius > radius) {
-            weighRun(in - 4 * radius, middle, 4 * radius, 4 * (width - radius));
+            weighRun(in, 4 * radius, middle, 4 * radius, 4 * (width - radius));
             store(out, in, 4 * radius, 4 * (width - radius), Divider(divisorOf(middle)));
         }
         const int rightEnd = std::max(width - radius, radius);
