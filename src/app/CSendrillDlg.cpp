@@ -103,8 +103,9 @@ bool CSendrillDlg::OnInitDialog()
         setResult(0);
         return false;
     case CommandLine::Dispatch::OpenProject:
-        // PENDING (file commands): the view remembers this path and the project is opened.
+        // A project that can't be read has said why; the designer starts with what was read.
         m_strProjectPath = m_strCmdLine;
+        OpenProject(m_strProjectPath);
         break;
     }
 

@@ -4,6 +4,7 @@
 #include "app/CSendrillApp.h"
 #include "app/CSendrillDlg.h"
 #include "document/CDrawDoc.h"
+#include "objects/CDrawRect.h"
 #include "platform/FontCollection.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
@@ -136,6 +137,20 @@ TEST_F(MainDialog, CommandLineDecidesThisRunOnly)
         EXPECT_EQ(dlg.StartMode(), CommandLine::Dispatch::OpenProject);
         EXPECT_EQ(dlg.ProjectPath(), QStringLiteral("\"/tmp/My Label.DST"));
         EXPECT_EQ(app.m_nExitCode, -1);
+    }
+    {
+        // A project named on the line opens in the designer.
+        CDrawDoc saved;
+        saved.Add(std::make_unique<CDrawRect>(CRect(-10, 10, 10, -10)));
+        const QString path = install.path() + QStringLiteral("/My Label.dst");
+        ASSERT_TRUE(saved.OnSaveDocument(path));
+        CSendrillDlg dlg(app);
+        dlg.m_strCmdLine = path;
+        EXPECT_TRUE(dlg.OnInitDialog());
+        EXPECT_EQ(dlg.StartMode(), CommandLine::Dispatch::OpenProject);
+        EXPECT_EQ(dlg.GetDocument()->GetPathName(), path);
+        EXPECT_EQ(dlg.GetDocument()->GetObjects(0).GetCount(), 1);
+        EXPECT_FALSE(dlg.GetDocument()->IsModified());
     }
     {
         // Unattended: ends before anything shows; the printer can't be reached, so nothing
