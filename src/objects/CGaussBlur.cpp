@@ -316,6 +316,7 @@ std::unique_ptr<gfx::Bitmap> CGaussBlur::Blur(gfx::Bitmap& bitmap, float sigma, 
     bitmap.UnlockBits(source);
     if (!done)
         return nullptr;
+    pixels.convertTo(QImage::Format_ARGB32_Premultiplied); // in place: the bitmap's own format
     auto result = std::make_unique<gfx::Bitmap>(std::move(pixels));
     return result->GetLastStatus() == gfx::Status::Ok ? std::move(result) : nullptr;
 }
