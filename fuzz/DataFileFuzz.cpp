@@ -1,11 +1,15 @@
 // libFuzzer target for the data file reader: any bytes as a data file, read line by line and
 // whole, then split into records as a Data File field does.
+#include "FuzzSupport.h"
+
 #include "fields/CTextFileRead.h"
 #include "fields/DataFields.h"
 
 #include <QByteArray>
+#include <QDir>
 #include <QFile>
 #include <QString>
+#include <QStringList>
 
 #include <cstddef>
 #include <cstdint>
@@ -14,12 +18,12 @@
 
 namespace {
 
-// One scratch file per process, rewritten for each input.
+// One scratch file per process, rewritten for each input: the reader takes a path.
 const QString& scratchPath()
 {
     static const QString path = [] {
-        char name[] = "/tmp/datafile-fuzz-XXXXXX";
-        const int fd = mkstemp(name);
+        QByteArray name = QDir::tempPath().toLocal8Bit() + "/datafile-fuzz-XXXXXX";
+        const int fd = mkstemp(name.data());
         if (fd < 0)
             std::abort();
         close(fd);
@@ -30,6 +34,12 @@ const QString& scratchPath()
 
 } // namespace
 
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv)
+{
+    FuzzSetUp(*argc, *argv, false);
+    return 0;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     QFile file(scratchPath());
@@ -38,19 +48,27 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     file.write(reinterpret_cast<const char*>(data), qint64(size));
     file.close();
 
+    QStringList lines;
     qsizetype lineChars = 0;
     {
         CTextFileRead reader(scratchPath());
         QString line;
-        while (reader.ReadLine(line))
+        while (reader.ReadLine(line)) {
             lineChars += line.size();
+            lines.append(line);
+        }
     }
+    // Every character comes from at least one byte, so the lines hold no more than the file.
+    if (lineChars > qsizetype(size))
+        std::abort();
+
+    const QString lineEnd = QStringLiteral("\r\n");
     CTextFileRead reader(scratchPath());
     QString all;
-    if (!reader.ReadAll(all, QStringLiteral("\r\n")))
+    if (!reader.ReadAll(all, lineEnd))
         std::abort();
-    // Every character comes from at least one byte, so no line holds more than the file.
-    if (lineChars > qsizetype(size))
+    // Reading whole is reading line by line.
+    if (all != lines.join(lineEnd))
         std::abort();
 
     for (int delimiter = DATAFIELD::Line; delimiter <= DATAFIELD::SemiColon; ++delimiter) {
