@@ -418,6 +418,14 @@ bool CDrawDoc::OnOpenDocument(const QString& path)
         return false;
     m_strFolder = QFileInfo(path).absolutePath();
     QDir::setCurrent(m_strFolder);
+    // The texts were laid out as they were read, before the fields they name and before their
+    // data files could be found from the project's folder: laid out again, they show what the
+    // next disc gets instead of the bare tags.
+    if (!g_dataFields.empty()) {
+        for (const CDrawObjList& objects : m_Objects)
+            for (const auto& object : objects)
+                object->Layout();
+    }
     SetModifiedFlag(false);
     SetPathName(path);
     return true;
