@@ -299,16 +299,16 @@ bool makeThreeLabels(const QString& path)
     doc.SetCurLabel(1);
     LabelBackground& hatch = doc.Background(1);
     hatch.HatchStyle = 5; // diagonal cross
-    hatch.BackColor = gfx::RGB(214, 228, 240);
+    hatch.BackColor = gfx::RGB(196, 214, 234);
     hatch.BackColor2 = gfx::RGB(240, 246, 250);
-    CDrawRect* band = addShape(doc, CDrawRect::RoundRectangle, around(0, 420, 900, 230));
+    CDrawRect* band = addShape(doc, CDrawRect::RoundRectangle, around(0, 420, 980, 230));
     band->m_flags = 3;
     band->m_fillColor1 = gfx::Color(34, 70, 120);
     band->m_lineColor1 = gfx::Color(255, 255, 255);
     band->m_lineWidth = 6;
     band->m_cornerSize = CPoint(90, 90);
     addText(doc, around(0, 420, 800, 200), QStringLiteral("BACKUP 2026"),
-            {.font = QStringLiteral("Liberation Sans"), .size = 30, .fontStyle = 1,
+            {.font = QStringLiteral("Liberation Sans"), .size = 28, .fontStyle = 1,
              .colour = gfx::Color(255, 255, 255), .angle = 90},
             {.style = CDrawText::Outline, .edge = gfx::Color(120, 180, 255), .edgeSize = 5});
     addText(doc, around(0, -420, 800, 200), QStringLiteral("Photos\r\nDocuments\r\nMail"),
