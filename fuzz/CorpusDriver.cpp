@@ -46,8 +46,10 @@ int main(int argc, char** argv)
             paths.push_back(arg);
         }
         for (const auto& path : paths) {
-            ok = runFile(path) && ok;
-            ++files;
+            if (runFile(path))
+                ++files;
+            else
+                ok = false;
         }
     }
     std::printf("%d inputs ran\n", files);

@@ -17,6 +17,7 @@ void FuzzSetUp(int argc, char** argv, bool yes)
     setenv("XDG_CONFIG_HOME", (base + "/config").constData(), 1);
     setenv("XDG_DATA_HOME", (base + "/data").constData(), 1);
     setenv("HOME", (base + "/home").constData(), 1);
+    setenv("XDG_RUNTIME_DIR", base.constData(), 1); // private to the user, as Qt wants it
 
     // Text objects lay out their glyphs while they are read, which needs the font database.
     static int appArgc = 1;
