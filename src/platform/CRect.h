@@ -17,7 +17,11 @@ struct CRect {
     constexpr int Height() const { return bottom - top; }
     constexpr CPoint TopLeft() const { return {left, top}; }
     constexpr CPoint BottomRight() const { return {right, bottom}; }
-    constexpr CPoint CenterPoint() const { return {(left + right) / 2, (top + bottom) / 2}; }
+    // Summed in 64 bits: the mean of two ints always fits, their sum may not (a damaged file).
+    constexpr CPoint CenterPoint() const
+    {
+        return {int(((long long)left + right) / 2), int(((long long)top + bottom) / 2)};
+    }
 
     // True when the rectangle has no area: width or height not positive.
     constexpr bool IsRectEmpty() const { return Width() <= 0 || Height() <= 0; }
