@@ -8,6 +8,7 @@ using namespace gfx;
 namespace {
 
 const Color Red(255, 255, 0, 0), Blue(255, 0, 0, 255), White(255, 255, 255, 255), Black(255, 0, 0, 0);
+const QColor green(Qt::green);
 
 QColor mix(Color a, Color b, double t)
 {
@@ -16,30 +17,27 @@ QColor mix(Color a, Color b, double t)
                   lerp(a.GetA(), b.GetA()));
 }
 
-Bitmap fillLinear(int w, int h, const QRectF& rect, LinearGradientMode mode, Color c1 = Red, Color c2 = Blue)
+Bitmap fillWith(const Brush& brush, int w, int h, float scale = 1, QColor fill = Qt::white)
 {
-    Bitmap canvas = makeCanvas(w, h);
-    Graphics(canvas).FillRectangle(LinearGradientBrush(rect, c1, c2, mode), QRectF(0, 0, w, h));
-    return canvas;
+    return drawOn(w, h, [&](Graphics& g) {
+        g.ScaleTransform(scale, scale);
+        g.FillRectangle(brush, QRectF(0, 0, w / scale, h / scale));
+    }, fill);
 }
 
-// Fills the whole canvas (on green) through a path gradient of the path with one surround colour.
-Bitmap fillPathGradient(const GraphicsPath& path, Color centre, Color surround, int w, int h, float scale = 1)
+// A path gradient of the path with one surround colour.
+PathGradientBrush pathGradient(const GraphicsPath& path, Color centre, Color surround)
 {
     PathGradientBrush brush(path);
     brush.SetCenterColor(centre);
     int count = 1;
     EXPECT_EQ(brush.SetSurroundColors(&surround, &count), Status::Ok);
-    Bitmap canvas = makeCanvas(w, h, Qt::green);
-    Graphics g(canvas);
-    g.ScaleTransform(scale, scale);
-    g.FillRectangle(brush, QRectF(0, 0, w / scale, h / scale));
-    return canvas;
+    return brush;
 }
 
 } // namespace
 
-TEST(LinearGradientBrush, EachModeRunsFromItsStartToItsEnd)
+TEST(LinearGradientBrush, EachModeRunsFromItsStartToItsEndAndRepeats)
 {
     // Diagonals on a flat rectangle put the mean colour on the other two corners, which a
     // gradient running corner to corner would not.
@@ -54,89 +52,67 @@ TEST(LinearGradientBrush, EachModeRunsFromItsStartToItsEnd)
         {LinearGradientMode::ForwardDiagonal, 120, 40, {0, 0}, {119, 39}, {119, 0}, {0, 39}, 6},
         {LinearGradientMode::BackwardDiagonal, 120, 40, {119, 0}, {0, 39}, {0, 0}, {119, 39}, 6},
     };
+    const QColor half = mix(Red, Blue, 0.5);
     for (const auto& c : cases) {
         SCOPED_TRACE(int(c.mode));
-        const Bitmap b = fillLinear(c.w, c.h, QRectF(0, 0, c.w, c.h), c.mode);
-        EXPECT_TRUE(near(pixelAt(b, c.start.x(), c.start.y()), Red.toQColor(), c.tolerance));
-        EXPECT_TRUE(near(pixelAt(b, c.end.x(), c.end.y()), Blue.toQColor(), c.tolerance));
-        EXPECT_TRUE(near(pixelAt(b, c.mean1.x(), c.mean1.y()), mix(Red, Blue, 0.5), 6));
-        EXPECT_TRUE(near(pixelAt(b, c.mean2.x(), c.mean2.y()), mix(Red, Blue, 0.5), 6));
+        expectPixels(fillWith(LinearGradientBrush(QRectF(0, 0, c.w, c.h), Red, Blue, c.mode), c.w, c.h),
+                     {{c.start.x(), c.start.y(), Qt::red, c.tolerance}, {c.end.x(), c.end.y(), Qt::blue, c.tolerance},
+                      {c.mean1.x(), c.mean1.y(), half, 6}, {c.mean2.x(), c.mean2.y(), half, 6}});
     }
-
     // Under a y-up world transform the start colour lands at the bottom of the device.
-    Bitmap canvas = makeCanvas(20, 100);
-    Graphics g(canvas);
-    g.SetTransform(Matrix(1, 0, 0, -1, 0, 100));
-    g.FillRectangle(LinearGradientBrush(QRectF(0, 0, 20, 100), Red, Blue, LinearGradientMode::Vertical),
-                    QRectF(0, 0, 20, 100));
-    EXPECT_TRUE(near(pixelAt(canvas, 10, 99), Red.toQColor()));
-    EXPECT_TRUE(near(pixelAt(canvas, 10, 0), Blue.toQColor()));
-}
+    const Bitmap flipped = drawOn(20, 100, [](Graphics& g) {
+        g.SetTransform(Matrix(1, 0, 0, -1, 0, 100));
+        g.FillRectangle(LinearGradientBrush(QRectF(0, 0, 20, 100), Red, Blue, LinearGradientMode::Vertical),
+                        QRectF(0, 0, 20, 100));
+    });
+    expectPixels(flipped, {{10, 99, Qt::red, 3}, {10, 0, Qt::blue, 3}});
 
-TEST(LinearGradientBrush, RampRepeatsOutsideTheRectangleUnlessItIsEmpty)
-{
-    const Bitmap canvas = fillLinear(200, 10, QRectF(50, 0, 50, 10), LinearGradientMode::Horizontal);
     // Right after the end the start colour comes back; before the start the end colour shows.
-    EXPECT_TRUE(near(pixelAt(canvas, 100, 5), Red.toQColor(), 6));
-    EXPECT_TRUE(near(pixelAt(canvas, 149, 5), Blue.toQColor(), 6));
-    EXPECT_TRUE(near(pixelAt(canvas, 49, 5), Blue.toQColor(), 6));
-    EXPECT_TRUE(near(pixelAt(canvas, 10, 5), pixelAt(canvas, 110, 5), 1));
-
-    const Bitmap empty = fillLinear(10, 10, QRectF(2, 2, 0, 5), LinearGradientMode::Horizontal);
-    EXPECT_EQ(pixelAt(empty, 5, 5), QColor(Qt::white));
+    const Bitmap canvas =
+        fillWith(LinearGradientBrush(QRectF(50, 0, 50, 10), Red, Blue, LinearGradientMode::Horizontal), 200, 10);
+    expectPixels(canvas, {{100, 5, Qt::red, 6}, {149, 5, Qt::blue, 6}, {49, 5, Qt::blue, 6},
+                          {10, 5, pixelAt(canvas, 110, 5), 1}});
+    // An empty rectangle paints nothing.
+    EXPECT_EQ(pixelAt(fillWith(LinearGradientBrush(QRectF(2, 2, 0, 5), Red, Blue, LinearGradientMode::Horizontal), 10, 10), 5, 5),
+              QColor(Qt::white));
 }
 
 TEST(LinearGradientBrush, BlendsPlainComponentsAndOptionallyInLinearLight)
 {
     // A fade to transparent blue: halfway it is half-transparent purple, not half-transparent red.
-    Bitmap canvas(100, 4);
-    Graphics(canvas).FillRectangle(
-        LinearGradientBrush(QRectF(0, 0, 100, 4), Red, Color(0, 0, 0, 255), LinearGradientMode::Horizontal),
-        QRectF(0, 0, 100, 4));
-    EXPECT_TRUE(near(QColor::fromRgba(qUnpremultiply(canvas.image().pixel(50, 2))), QColor(127, 0, 128, 127), 4));
+    const Bitmap fade = fillWith(
+        LinearGradientBrush(QRectF(0, 0, 100, 4), Red, Color(0, 0, 0, 255), LinearGradientMode::Horizontal), 100, 4,
+        1, Qt::transparent);
+    EXPECT_TRUE(near(QColor::fromRgba(qUnpremultiply(fade.image().pixel(50, 2))), QColor(127, 0, 128, 127), 4));
 
-    const auto midGrey = [](bool gamma) {
-        Bitmap grey = makeCanvas(100, 4);
-        LinearGradientBrush brush(QRectF(0, 0, 100, 4), Black, White, LinearGradientMode::Horizontal);
-        brush.SetGammaCorrection(gamma);
-        Graphics(grey).FillRectangle(brush, QRectF(0, 0, 100, 4));
-        return pixelAt(grey, 50, 2).red();
-    };
-    EXPECT_NEAR(midGrey(false), 129, 2);
-    EXPECT_NEAR(midGrey(true), 188, 3); // linear light 0.5 is sRGB 0.735
+    LinearGradientBrush grey(QRectF(0, 0, 100, 4), Black, White, LinearGradientMode::Horizontal);
+    EXPECT_NEAR(pixelAt(fillWith(grey, 100, 4), 50, 2).red(), 129, 2);
+    grey.SetGammaCorrection(true);
+    EXPECT_NEAR(pixelAt(fillWith(grey, 100, 4), 50, 2).red(), 188, 3); // linear light 0.5 is sRGB 0.735
 }
 
 TEST(PathGradientBrush, PolygonCentreIsTheVertexMeanAndColourRunsAlongRays)
 {
-    const QPointF points[] = {{0, 0}, {160, 0}, {160, 200}, {80, 150}, {0, 200}};
-    GraphicsPath path;
-    path.AddPolygon(points, 5);
+    const GraphicsPath path = polygonPath({{0, 0}, {160, 0}, {160, 200}, {80, 150}, {0, 200}});
     EXPECT_EQ(PathGradientBrush(path).GetCenterPoint(), QPointF(80, 110)); // not the area centroid (80, 88.1)
-
-    const Bitmap canvas = fillPathGradient(path, White, Black, 160, 200);
+    // Halfway to the top edge, to the right edge and toward the notch vertex (80, 150), which
+    // is outside the path.
     const QColor half = mix(White, Black, 0.5);
-    EXPECT_TRUE(near(pixelAt(canvas, 80, 110), White.toQColor(), 4));
-    EXPECT_TRUE(near(pixelAt(canvas, 80, 55), half, 4));  // halfway to the top edge
-    EXPECT_TRUE(near(pixelAt(canvas, 120, 110), half, 4)); // halfway to the right edge
-    EXPECT_TRUE(near(pixelAt(canvas, 80, 130), half, 8));  // halfway toward the notch vertex (80, 150)
-    EXPECT_TRUE(near(pixelAt(canvas, 0, 100), Black.toQColor(), 6));
-    EXPECT_EQ(pixelAt(canvas, 80, 190), QColor(Qt::green)); // the notch is outside the path
+    expectPixels(fillWith(pathGradient(path, White, Black), 160, 200, 1, green),
+                 {{80, 110, Qt::white, 4}, {80, 55, half, 4}, {120, 110, half, 4}, {80, 130, half, 8},
+                  {0, 100, Qt::black, 6}, {80, 190, green}});
 
-    // Nothing is painted outside the brush's own path.
-    const QPointF triangle[] = {{10, 10}, {90, 10}, {50, 90}};
-    GraphicsPath small;
-    small.AddPolygon(triangle, 3);
-    const Bitmap clipped = fillPathGradient(small, Red, Blue, 100, 100);
-    EXPECT_EQ(pixelAt(clipped, 5, 50), QColor(Qt::green));
-    EXPECT_EQ(pixelAt(clipped, 50, 95), QColor(Qt::green));
-    EXPECT_TRUE(near(pixelAt(clipped, 50, 37), Red.toQColor(), 12)); // the centre (50, 36.7)
+    // Nothing is painted outside the brush's own path; the centre is (50, 36.7).
+    const GraphicsPath triangle = polygonPath({{10, 10}, {90, 10}, {50, 90}});
+    expectPixels(fillWith(pathGradient(triangle, Red, Blue), 100, 100, 1, green),
+                 {{5, 50, green}, {50, 95, green}, {50, 37, Qt::red, 12}});
 }
 
-TEST(PathGradientBrush, EllipseCentreLeansTowardItsStartPoint)
+TEST(PathGradientBrush, EllipseCentreLeansTowardItsStartPointAndRingsKeepTheirHole)
 {
-    GraphicsPath path;
-    path.AddEllipse(QRectF(0, 0, 140, 70));
-    PathGradientBrush brush(path);
+    GraphicsPath ellipse;
+    ellipse.AddEllipse(QRectF(0, 0, 140, 70));
+    PathGradientBrush brush(ellipse);
     // 13 stored points with the 0-degree point twice: the mean moves a/13 toward +x.
     const double cx = 70 + 70.0 / 13;
     EXPECT_NEAR(brush.GetCenterPoint().x(), cx, 1e-3);
@@ -145,26 +121,17 @@ TEST(PathGradientBrush, EllipseCentreLeansTowardItsStartPoint)
     int count = 3;
     const Color surround[3] = {Blue, White, White}; // only the first counts
     brush.SetSurroundColors(surround, &count);
+    // Halfway along the rays to the left and right ends of the axis; a corner is outside.
+    const QColor half = mix(Red, Blue, 0.5);
+    expectPixels(fillWith(brush, 140, 70, 1, green),
+                 {{int(cx), 35, Qt::red, 6}, {int(cx / 2), 35, half, 6}, {int((cx + 140) / 2), 35, half, 6},
+                  {2, 2, green}});
 
-    Bitmap canvas = makeCanvas(140, 70, Qt::green);
-    Graphics(canvas).FillRectangle(brush, QRectF(0, 0, 140, 70));
-    EXPECT_TRUE(near(pixelAt(canvas, int(cx), 35), Red.toQColor(), 6));
-    // Halfway along the rays to the left and right ends of the axis.
-    EXPECT_TRUE(near(pixelAt(canvas, int(cx / 2), 35), mix(Red, Blue, 0.5), 6));
-    EXPECT_TRUE(near(pixelAt(canvas, int((cx + 140) / 2), 35), mix(Red, Blue, 0.5), 6));
-    EXPECT_EQ(pixelAt(canvas, 2, 2), QColor(Qt::green)); // a corner outside the ellipse
-}
-
-TEST(PathGradientBrush, FollowsTheWorldTransformAndLeavesHolesOfARing)
-{
+    // Under a world transform, the hole of a ring stays open, the outer edge has the surround
+    // colour and the ring between lies between the two.
     GraphicsPath ring;
     ring.AddEllipse(QRectF(0, 0, 100, 100));
     ring.AddEllipse(QRectF(30, 30, 40, 40));
-    const Bitmap canvas = fillPathGradient(ring, White, Black, 200, 200, 2);
-    EXPECT_EQ(pixelAt(canvas, 100, 100), QColor(Qt::green)); // the hole
-    EXPECT_TRUE(near(pixelAt(canvas, 100, 4), Black.toQColor(), 12)); // near the outer edge
-    // In the ring, between the hole and the outer edge, the colour lies between the two.
-    const QColor inRing = pixelAt(canvas, 100, 40);
-    EXPECT_GT(inRing.red(), 10);
-    EXPECT_LT(inRing.red(), 245);
+    const Bitmap canvas = fillWith(pathGradient(ring, White, Black), 200, 200, 2, green);
+    expectPixels(canvas, {{100, 100, green}, {100, 4, Qt::black, 12}, {100, 40, QColor(128, 128, 128), 117}});
 }

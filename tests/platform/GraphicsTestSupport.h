@@ -1,10 +1,12 @@
 #pragma once
 
 #include "platform/graphics/Graphics.h"
+#include "platform/graphics/GraphicsPath.h"
 #include "platform/graphics/ImageAttributes.h"
 
 #include <QColor>
 #include <QImage>
+#include <QStringList>
 #include <QtMath>
 #include <gtest/gtest.h>
 
@@ -13,6 +15,18 @@ inline gfx::Bitmap makeCanvas(int width, int height, QColor fill = Qt::white)
 {
     gfx::Bitmap bitmap(width, height);
     bitmap.image().fill(fill);
+    return bitmap;
+}
+
+// A fresh canvas after `draw(graphics)` has run on it.
+template <class Draw>
+gfx::Bitmap drawOn(int width, int height, Draw draw, QColor fill = Qt::white)
+{
+    gfx::Bitmap bitmap = makeCanvas(width, height, fill);
+    {
+        gfx::Graphics g(bitmap);
+        draw(g);
+    }
     return bitmap;
 }
 
@@ -42,6 +56,68 @@ inline ::testing::AssertionResult near(QColor actual, QColor expected, int toler
         return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << "got " << qPrintable(actual.name(QColor::HexArgb)) << ", expected "
                                          << qPrintable(expected.name(QColor::HexArgb));
+}
+
+// One pixel's expected colour, exact unless a tolerance is given.
+struct Probe {
+    int x, y;
+    QColor color;
+    int tolerance = 0;
+};
+
+inline void expectPixels(const gfx::Bitmap& bitmap, std::initializer_list<Probe> probes)
+{
+    for (const Probe& p : probes)
+        EXPECT_TRUE(near(pixelAt(bitmap, p.x, p.y), p.color, p.tolerance)) << "at " << p.x << "," << p.y;
+}
+
+// Small pictures written as rows of letters, a letter a pixel: R G B Y for red, green, blue and
+// yellow, '#' for black, '.' for white; any other colour reads as '?'.
+inline const std::pair<char, QRgb> Letters[] = {{'R', qRgb(255, 0, 0)},   {'G', qRgb(0, 255, 0)},
+                                                {'B', qRgb(0, 0, 255)},   {'Y', qRgb(255, 255, 0)},
+                                                {'#', qRgb(0, 0, 0)},     {'.', qRgb(255, 255, 255)}};
+
+inline QImage imageOf(const QStringList& rows)
+{
+    QImage image(int(rows.front().size()), int(rows.size()), QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            for (const auto& [letter, rgb] : Letters)
+                if (rows[y][x] == QLatin1Char(letter))
+                    image.setPixel(x, y, rgb);
+    return image;
+}
+
+inline QStringList rowsOf(const QImage& image)
+{
+    QStringList rows;
+    for (int y = 0; y < image.height(); ++y) {
+        QString row;
+        for (int x = 0; x < image.width(); ++x) {
+            char c = '?';
+            for (const auto& [letter, rgb] : Letters)
+                if (image.pixel(x, y) == rgb)
+                    c = letter;
+            row += QLatin1Char(c);
+        }
+        rows << row;
+    }
+    return rows;
+}
+
+// A closed polygon as a path.
+inline gfx::GraphicsPath polygonPath(std::initializer_list<QPointF> points)
+{
+    gfx::GraphicsPath path;
+    path.AddPolygon(std::data(points), int(points.size()));
+    return path;
+}
+
+// The number of figures in the path.
+inline int figuresOf(const gfx::GraphicsPath& path)
+{
+    const std::vector<std::uint8_t> types = path.GetPathTypes();
+    return int(std::count(types.begin(), types.end(), std::uint8_t(gfx::GraphicsPath::Start)));
 }
 
 // The direction of the point seen from the centre, in degrees, turning from +x toward +y.

@@ -3,8 +3,6 @@
 #include "platform/graphics/CustomLineCap.h"
 #include "platform/graphics/SolidBrush.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 
 using namespace gfx;
@@ -17,14 +15,7 @@ const QColor white(Qt::white), black(Qt::black);
 // so that its tip (1, 0) points outward along the line.
 CustomLineCap arrowCap(float scale, float inset = 0, bool stroked = false)
 {
-    GraphicsPath path;
-    if (stroked) {
-        const QPointF open[] = {{-2, -2}, {2, 0}, {-2, 2}, {2, 0}};
-        path.AddPolygon(open, 4);
-    } else {
-        const QPointF arrow[] = {{-1, -1}, {1, 0}, {-1, 1}};
-        path.AddPolygon(arrow, 3);
-    }
+    GraphicsPath path = stroked ? polygonPath({{-2, -2}, {2, 0}, {-2, 2}, {2, 0}}) : polygonPath({{-1, -1}, {1, 0}, {-1, 1}});
     Matrix turn;
     turn.Rotate(90);
     path.Transform(turn);
@@ -43,207 +34,130 @@ CustomLineCap detachedCap(float inset)
     return cap;
 }
 
+Pen blackPen(float width, const CustomLineCap* start, const CustomLineCap* end)
+{
+    Pen pen(Color(0, 0, 0), width);
+    if (start)
+        pen.SetCustomStartCap(*start);
+    if (end)
+        pen.SetCustomEndCap(*end);
+    return pen;
+}
+
 Bitmap drawLine(const Pen& pen, QPointF from = {40, 50}, QPointF to = {160, 50})
 {
-    Bitmap canvas = makeCanvas(200, 100);
-    Graphics g(canvas);
-    g.DrawLine(pen, from, to);
-    return canvas;
+    return drawOn(200, 100, [&](Graphics& g) { g.DrawLine(pen, from, to); });
 }
 
 } // namespace
 
-TEST(LineCaps, ArrowHeadLandsAtItsOwnEnd)
+TEST(LineCaps, CustomHeadsLandAtTheirEndSizedAndInsetByTheCap)
 {
-    Pen pen(Color(0, 0, 0), 2);
-    pen.SetCustomEndCap(arrowCap(5)); // one cap unit = 10
-    const Bitmap end = drawLine(pen);
-    EXPECT_EQ(pixelAt(end, 168, 50), black);  // the tip reaches one unit past the end
-    EXPECT_EQ(pixelAt(end, 174, 50), white);
-    EXPECT_EQ(pixelAt(end, 152, 43), black);  // the head's base is two units wide
-    EXPECT_EQ(pixelAt(end, 35, 50), white);   // nothing at the start
-    EXPECT_EQ(pixelAt(end, 45, 46), white);
+    const CustomLineCap arrow = arrowCap(5); // one cap unit = 10
+    // The tip reaches one unit past the end; the head's base is two units wide; nothing at the start.
+    expectPixels(drawLine(blackPen(2, nullptr, &arrow)),
+                 {{168, 50, black}, {174, 50, white}, {152, 43, black}, {142, 33, white}, {35, 50, white}, {45, 46, white}});
+    expectPixels(drawLine(blackPen(2, &arrow, nullptr)), {{32, 50, black}, {48, 43, black}, {168, 50, white}});
+    // A larger scale: one unit = 20, the base spans 40 across at x = 140.
+    const CustomLineCap large = arrowCap(10);
+    expectPixels(drawLine(blackPen(2, nullptr, &large)), {{142, 33, black}, {178, 50, black}});
 
-    Pen startPen(Color(0, 0, 0), 2);
-    startPen.SetCustomStartCap(arrowCap(5));
-    const Bitmap start = drawLine(startPen);
-    EXPECT_EQ(pixelAt(start, 32, 50), black);
-    EXPECT_EQ(pixelAt(start, 48, 43), black);
-    EXPECT_EQ(pixelAt(start, 168, 50), white);
+    // The base inset shortens (a unit is 2 x 5 = 10, so to 140) or lengthens (to 170) the line.
+    const struct {
+        float inset;
+        int lastInked;
+    } insets[] = {{0, 158}, {2, 138}, {-1, 168}};
+    for (const auto& c : insets) {
+        SCOPED_TRACE(c.inset);
+        const CustomLineCap cap = detachedCap(c.inset);
+        expectPixels(drawLine(blackPen(2, nullptr, &cap)), {{c.lastInked, 50, black}, {c.lastInked + 4, 50, white}});
+    }
+    const CustomLineCap detached = detachedCap(0);
+    expectPixels(drawLine(blackPen(2, nullptr, &detached)), {{185, 50, black}}); // the detached cap itself
+
+    // A stroked head is an outline: arms from the tip (170, 50) back to (150, 40) and (150, 60).
+    const CustomLineCap open = arrowCap(2.5f, 0, true);
+    expectPixels(drawLine(blackPen(2, nullptr, &open)), {{160, 55, black}, {160, 45, black}, {156, 54, white}});
+
+    // Where a translucent line runs under its head the colour is not darker than elsewhere.
+    Pen translucent(Color(128, 0, 0, 255), 4);
+    translucent.SetCustomEndCap(arrowCap(3));
+    const Bitmap once = drawLine(translucent);
+    expectPixels(once, {{156, 50, pixelAt(once, 100, 50)}, {156, 46, pixelAt(once, 100, 50)}});
 }
 
-TEST(LineCaps, HeadFollowsTheLastSegmentOfLinesAndCurves)
+TEST(LineCaps, HeadFollowsTheLastSegmentAndClosedFiguresGetNone)
 {
-    Pen pen(Color(0, 0, 0), 2);
-    pen.SetCustomEndCap(arrowCap(5));
+    const CustomLineCap arrow = arrowCap(5);
+    const Pen pen = blackPen(2, &arrow, &arrow);
     const QPointF points[] = {{40, 80}, {100, 80}, {100, 30}};
-    Bitmap canvas = makeCanvas(200, 100);
-    {
-        Graphics g(canvas);
-        g.DrawLines(pen, points, 3);
-    }
-    EXPECT_EQ(pixelAt(canvas, 100, 22), black); // pointing up, past (100, 30)
-    EXPECT_EQ(pixelAt(canvas, 95, 32), black);
-    EXPECT_EQ(pixelAt(canvas, 100, 16), white);
-    EXPECT_EQ(pixelAt(canvas, 35, 80), white);
+    // Pointing up, past (100, 30), for a polyline and an open curve through the same points.
+    expectPixels(drawOn(200, 100, [&](Graphics& g) { g.DrawLines(pen, points, 3); }),
+                 {{100, 22, black}, {95, 32, black}, {100, 16, white}, {32, 80, black}});
+    expectPixels(drawOn(200, 100, [&](Graphics& g) { g.DrawCurve(pen, points, 3); }), {{100, 22, black}});
 
-    // An open curve through the same points ends with the same heading.
-    Bitmap curve = makeCanvas(200, 100);
-    {
-        Graphics g(curve);
-        g.DrawCurve(pen, points, 3);
-    }
-    EXPECT_EQ(pixelAt(curve, 100, 22), black);
-}
+    const QPointF square[] = {{50, 20}, {150, 20}, {150, 80}, {50, 80}};
+    const Bitmap closed = drawOn(200, 100, [&](Graphics& g) {
+        g.DrawPolygon(pen, square, 4);
+        g.DrawPath(pen, polygonPath({square[0], square[1], square[2], square[3]}));
+    });
+    expectPixels(closed, {{100, 20, black}, {42, 20, white}, {50, 12, white}});
 
-TEST(LineCaps, WidthScaleSizesTheHead)
-{
-    Pen small(Color(0, 0, 0), 2);
-    small.SetCustomEndCap(arrowCap(5));
-    Pen large(Color(0, 0, 0), 2);
-    large.SetCustomEndCap(arrowCap(10)); // one unit = 20: the base spans 40 across at x = 140
-    EXPECT_EQ(pixelAt(drawLine(small), 142, 33), white);
-    EXPECT_EQ(pixelAt(drawLine(large), 142, 33), black);
-    EXPECT_EQ(pixelAt(drawLine(large), 178, 50), black);
-}
-
-TEST(LineCaps, BaseInsetShortensOrLengthensTheLine)
-{
-    Pen plain(Color(0, 0, 0), 2);
-    plain.SetCustomEndCap(detachedCap(0));
-    const Bitmap untouched = drawLine(plain);
-    EXPECT_EQ(pixelAt(untouched, 158, 50), black);
-    EXPECT_EQ(pixelAt(untouched, 185, 50), black); // the detached cap itself
-
-    Pen shorter(Color(0, 0, 0), 2);
-    shorter.SetCustomEndCap(detachedCap(2)); // a unit is 2 x 5 = 10: the line ends at 140
-    const Bitmap shortened = drawLine(shorter);
-    EXPECT_EQ(pixelAt(shortened, 138, 50), black);
-    EXPECT_EQ(pixelAt(shortened, 142, 50), white);
-
-    Pen longer(Color(0, 0, 0), 2);
-    longer.SetCustomEndCap(detachedCap(-1));
-    const Bitmap lengthened = drawLine(longer); // to 170
-    EXPECT_EQ(pixelAt(lengthened, 168, 50), black);
-    EXPECT_EQ(pixelAt(lengthened, 172, 50), white);
-}
-
-TEST(LineCaps, ZeroWidthMakesTheScaleInfiniteAndTheCapIsSkipped)
-{
+    // A pen of width 0 makes the scale infinite or undefined: the caps are skipped, the line drawn.
     for (const float scale : {std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()}) {
-        Pen pen(Color(0, 0, 0), 0);
-        pen.SetCustomStartCap(arrowCap(scale, 1));
-        pen.SetCustomEndCap(arrowCap(scale, -1));
-        const Bitmap canvas = drawLine(pen, {40, 50.5}, {160, 50.5});
-        EXPECT_EQ(pixelAt(canvas, 100, 50), black); // the line draws one pixel wide
-        EXPECT_EQ(pixelAt(canvas, 168, 50), white);
-        EXPECT_EQ(pixelAt(canvas, 100, 53), white);
+        const CustomLineCap start = arrowCap(scale, 1), end = arrowCap(scale, -1);
+        expectPixels(drawLine(blackPen(0, &start, &end), {40, 50.5}, {160, 50.5}),
+                     {{100, 50, black}, {168, 50, white}, {100, 53, white}});
     }
-}
-
-TEST(LineCaps, LineAndHeadAreFilledOnce)
-{
-    // Where the translucent line runs under its head the colour is not darker than elsewhere.
-    Pen pen(Color(128, 0, 0, 255), 4);
-    pen.SetCustomEndCap(arrowCap(3));
-    const Bitmap canvas = drawLine(pen);
-    EXPECT_EQ(pixelAt(canvas, 156, 50), pixelAt(canvas, 100, 50));
-    EXPECT_EQ(pixelAt(canvas, 156, 46), pixelAt(canvas, 100, 50)); // head only
-}
-
-TEST(LineCaps, StrokedHeadIsAnOutline)
-{
-    Pen pen(Color(0, 0, 0), 2);
-    pen.SetCustomEndCap(arrowCap(2.5f, 0, true)); // arms from the tip (170, 50) back to (150, 40) and (150, 60)
-    const Bitmap canvas = drawLine(pen);
-    EXPECT_EQ(pixelAt(canvas, 160, 55), black);
-    EXPECT_EQ(pixelAt(canvas, 160, 45), black);
-    EXPECT_EQ(pixelAt(canvas, 156, 54), white); // between an arm and the line
 }
 
 TEST(LineCaps, PlainCapsAndCopiesOfPens)
 {
-    Pen flat(Color(0, 0, 0), 10);
-    EXPECT_EQ(pixelAt(drawLine(flat), 162, 50), white);
-
     Pen round(Color(0, 0, 0), 10);
+    EXPECT_EQ(pixelAt(drawLine(round), 162, 50), white); // flat by default
     round.SetEndCap(LineCap::Round);
-    EXPECT_EQ(pixelAt(drawLine(round), 163, 50), black);
-    EXPECT_EQ(pixelAt(drawLine(round), 164, 46), white); // rounded off toward the edge
-    EXPECT_EQ(pixelAt(drawLine(round), 37, 50), white);  // the start stays flat
+    // Rounded off toward the edge; the start stays flat.
+    expectPixels(drawLine(round), {{163, 50, black}, {164, 46, white}, {37, 50, white}});
 
     Pen anchor(Color(0, 0, 0), 4);
     anchor.SetStartCap(LineCap::NoAnchor);
     anchor.SetEndCap(LineCap::ArrowAnchor);
-    const Pen copy = anchor;
-    const Bitmap anchored = drawLine(copy);
-    EXPECT_EQ(pixelAt(anchored, 161, 50), black); // the tip lies a width beyond the end
-    EXPECT_EQ(pixelAt(anchored, 36, 50), white);
+    // The tip lies a width beyond the end.
+    expectPixels(drawLine(Pen(anchor)), {{161, 50, black}, {36, 50, white}});
 
     // A custom cap survives the copy; setting a plain cap replaces it.
-    Pen custom(Color(0, 0, 0), 2);
-    custom.SetCustomEndCap(arrowCap(5));
-    Pen copied(custom);
+    const CustomLineCap arrow = arrowCap(5);
+    Pen copied(blackPen(2, nullptr, &arrow));
     EXPECT_EQ(pixelAt(drawLine(copied), 168, 50), black);
     copied.SetEndCap(LineCap::Flat);
     EXPECT_EQ(pixelAt(drawLine(copied), 168, 50), white);
     EXPECT_EQ(copied.GetCustomEndCap(), nullptr);
 }
 
-TEST(LineCaps, ClosedFiguresGetNoCaps)
-{
-    Pen pen(Color(0, 0, 0), 2);
-    pen.SetCustomStartCap(arrowCap(5));
-    pen.SetCustomEndCap(arrowCap(5));
-    const QPointF square[] = {{50, 20}, {150, 20}, {150, 80}, {50, 80}};
-    Bitmap canvas = makeCanvas(200, 100);
-    {
-        Graphics g(canvas);
-        g.DrawPolygon(pen, square, 4);
-        GraphicsPath path;
-        path.AddPolygon(square, 4);
-        g.DrawPath(pen, path);
-    }
-    EXPECT_EQ(pixelAt(canvas, 100, 20), black);
-    EXPECT_EQ(pixelAt(canvas, 42, 20), white);
-    EXPECT_EQ(pixelAt(canvas, 50, 12), white);
-}
-
 TEST(DashCaps, RoundAndTriangleEndsComeOutOfTheDashesAndLeaveTheLineEndsFlat)
 {
     // A 10 wide line from x 10 to 190: dashes of 30 with gaps of 10, the first from 10 to 40.
     const auto draw = [](DashStyle style, DashCap cap) {
-        Bitmap canvas = makeCanvas(200, 100);
-        Graphics g(canvas);
-        g.SetSmoothingMode(SmoothingMode::AntiAlias);
         Pen pen(Color(255, 0, 0, 0), 10);
         pen.SetDashStyle(style);
         pen.SetDashCap(cap);
-        g.DrawLine(pen, QPointF(10, 50), QPointF(190, 50));
-        return canvas;
+        return drawOn(200, 100, [&](Graphics& g) {
+            g.SetSmoothingMode(SmoothingMode::AntiAlias);
+            g.DrawLine(pen, QPointF(10, 50), QPointF(190, 50));
+        });
     };
-    const auto inked = [](const Bitmap& canvas, int x, int y) { return pixelAt(canvas, x, y).red() < 64; };
-    const auto blank = [](const Bitmap& canvas, int x, int y) { return pixelAt(canvas, x, y).red() > 192; };
-
+    const QColor ink(0, 0, 0), blank(255, 255, 255);
     const Bitmap flat = draw(DashStyle::Dash, DashCap::Flat);
     const Bitmap round = draw(DashStyle::Dash, DashCap::Round);
     const Bitmap triangle = draw(DashStyle::Dash, DashCap::Triangle);
-    for (const Bitmap* canvas : {&flat, &round, &triangle}) {
-        EXPECT_TRUE(blank(*canvas, 45, 50)); // the gaps stay open
-        EXPECT_TRUE(inked(*canvas, 38, 50)); // and the dashes keep their length
-        EXPECT_TRUE(inked(*canvas, 10, 54)); // the line's own start is square
-    }
-    // At a dash's inner end only the flat cap fills the corner.
-    EXPECT_TRUE(inked(flat, 39, 54));
-    EXPECT_TRUE(blank(round, 39, 54));
-    EXPECT_TRUE(blank(triangle, 39, 53));
-    // The round end is a half circle, wider than the triangle's point near the tip.
-    EXPECT_TRUE(inked(round, 37, 53));
-    EXPECT_TRUE(blank(triangle, 37, 53));
-
+    // The gaps stay open, the dashes keep their length and the line's own start is square.
+    for (const Bitmap* canvas : {&flat, &round, &triangle})
+        expectPixels(*canvas, {{45, 50, blank, 63}, {38, 50, ink, 63}, {10, 54, ink, 63}});
+    // At a dash's inner end only the flat cap fills the corner; the round end is a half circle,
+    // wider than the triangle's point near the tip.
+    expectPixels(flat, {{39, 54, ink, 63}});
+    expectPixels(round, {{39, 54, blank, 63}, {37, 53, ink, 63}});
+    expectPixels(triangle, {{39, 53, blank, 63}, {37, 53, blank, 63}});
     // Dots with round ends are round dots, one width across.
-    const Bitmap dots = draw(DashStyle::Dot, DashCap::Round);
-    EXPECT_TRUE(inked(dots, 35, 50));
-    EXPECT_TRUE(blank(dots, 30, 45));
-    EXPECT_TRUE(blank(dots, 45, 50));
+    expectPixels(draw(DashStyle::Dot, DashCap::Round), {{35, 50, ink, 63}, {30, 45, blank, 63}, {45, 50, blank, 63}});
 }
