@@ -1,5 +1,6 @@
 #include "printing/CPrinterSettings.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/Folders.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
@@ -29,38 +30,6 @@ CPrinterSettings::SetupDialog& setupDialog()
     return instance;
 }
 
-// A file descriptor closed when it goes out of scope.
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    ~Descriptor()
-    {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return m_fd; }
-
-private:
-    int m_fd;
-};
-
-bool writeAll(int fd, const char* data, size_t size)
-{
-    while (size > 0) {
-        const ssize_t written = ::write(fd, data, size);
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            return false;
-        }
-        data += written;
-        size -= size_t(written);
-    }
-    return true;
-}
-
 // Reads up to size bytes; what the file doesn't have stays as it is in the buffer.
 void readSome(int fd, char* data, size_t size)
 {
@@ -75,12 +44,12 @@ void readSome(int fd, char* data, size_t size)
     }
 }
 
-bool writeRecord(int fd, const HGLOBAL& record)
+bool writeRecord(const FileDescriptor& file, const HGLOBAL& record)
 {
     const QByteArray bytes = record.value_or(QByteArray());
     char length[4];
     qToLittleEndian<quint32>(quint32(bytes.size()), length);
-    return writeAll(fd, length, 4) && writeAll(fd, bytes.constData(), size_t(bytes.size()));
+    return file.WriteAll(length, 4) && file.WriteAll(bytes.constData(), size_t(bytes.size()));
 }
 
 // Reads one length and the record behind it, zero-filled where the file ends early.
@@ -122,10 +91,10 @@ QString CPrinterSettings::DataDirectory()
 int CPrinterSettings::Save(const QString& name) const
 {
     const QByteArray path = QFile::encodeName(DataDirectory() + name);
-    const Descriptor file(::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    const FileDescriptor file(::open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
     if (file.get() < 0)
         return errno;
-    if (!writeRecord(file.get(), hDevMode) || !writeRecord(file.get(), hDevNames))
+    if (!writeRecord(file, hDevMode) || !writeRecord(file, hDevNames))
         return errno;
     return 0;
 }
@@ -136,7 +105,7 @@ int CPrinterSettings::Load(const QString& name)
     hDevMode.reset();
     hDevNames.reset();
 
-    const Descriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC));
+    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC));
     if (file.get() >= 0) {
         if (!readRecord(file.get(), &hDevMode) || !readRecord(file.get(), &hDevNames))
             return errno;

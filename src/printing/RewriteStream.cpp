@@ -1,5 +1,6 @@
 #include "printing/RewriteStream.h"
 
+#include "platform/FileDescriptor.h"
 #include "platform/MessageBox.h"
 
 #include <QFile>
@@ -28,21 +29,6 @@ void append(QByteArray& out, const unsigned char* data, qsizetype size)
     out.append(reinterpret_cast<const char*>(data), size);
 }
 
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    ~Descriptor()
-    {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 } // namespace
 
@@ -103,7 +89,7 @@ bool RewriteStream(const QString& path, const QString& deviceName)
     std::unique_ptr<char[]> buffer;
     qsizetype length = 0;
     {
-        const Descriptor in(::open(name.constData(), O_RDONLY | O_CLOEXEC));
+        const FileDescriptor in(::open(name.constData(), O_RDONLY | O_CLOEXEC));
         struct stat status {};
         if (in.get() < 0 || ::fstat(in.get(), &status) != 0) {
             MessageBox::Show(QStringLiteral("Error Reading: %1").arg(path));
@@ -128,23 +114,13 @@ bool RewriteStream(const QString& path, const QString& deviceName)
         length = got;
     }
 
-    const Descriptor out(::open(name.constData(), O_WRONLY | O_CLOEXEC));
+    const FileDescriptor out(::open(name.constData(), O_WRONLY | O_CLOEXEC));
     if (out.get() < 0) {
         MessageBox::Show(QStringLiteral("Error Writing: %1").arg(path));
         return false;
     }
     const QByteArray result = RewriteStreamBytes(QByteArray::fromRawData(buffer.get(), length));
-    const char* data = result.constData();
-    size_t left = size_t(result.size());
-    while (left > 0) {
-        const ssize_t n = ::write(out.get(), data, left);
-        if (n < 0 && errno == EINTR)
-            continue;
-        // A failure in the middle leaves the file as far as it got.
-        if (n <= 0)
-            break;
-        data += n;
-        left -= size_t(n);
-    }
+    // A failure in the middle leaves the file as far as it got.
+    out.WriteAll(result.constData(), size_t(result.size()));
     return true;
 }
