@@ -22,18 +22,18 @@ std::vector<int> line(gfx::Bitmap& bitmap, int channel, int y, int x = 0)
 {
     gfx::BitmapData data = bitmap.LockBits(gfx::ImageLockMode::Read);
     std::vector<int> values;
-    const int count = y >= 0 ? data.Width : data.Height;
-    for (int i = 0; i < count; ++i) {
-        const int px = y >= 0 ? i : x, py = y >= 0 ? y : i;
-        values.push_back(data.Scan0[py * data.Stride + px * 4 + channel]);
-    }
+    for (int i = 0; i < (y >= 0 ? data.Width : data.Height); ++i)
+        values.push_back(data.Scan0[(y >= 0 ? y : i) * data.Stride + (y >= 0 ? i : x) * 4 + channel]);
     bitmap.UnlockBits(data);
     return values;
 }
 
-std::vector<int> zeros(int n)
+// A row of n zeros with the given values from index `at` on.
+std::vector<int> row(int n, int at, std::initializer_list<int> values)
 {
-    return std::vector<int>(std::size_t(n), 0);
+    std::vector<int> result(std::size_t(n), 0);
+    std::copy(values.begin(), values.end(), result.begin() + at);
+    return result;
 }
 
 } // namespace
@@ -41,7 +41,7 @@ std::vector<int> zeros(int n)
 TEST(CGaussBlur, KernelIsRoundedGaussianScaledSoTheOuterWeightIsAboutOne)
 {
     CGaussBlur blur;
-    gfx::Bitmap bitmap = spot(4, 4, 1, 1);
+    gfx::Bitmap bitmap = spot(5, 5, 2, 2, 200);
     // Sigma 1: n = round(6) | 1 = 7, centre weight round(e^4.5).
     ASSERT_NE(blur.Blur(bitmap, 1.0f, 15, true), nullptr);
     EXPECT_EQ(blur.Kernel(), (std::vector<unsigned>{1, 12, 55, 90, 55, 12, 1}));
@@ -55,12 +55,7 @@ TEST(CGaussBlur, KernelIsRoundedGaussianScaledSoTheOuterWeightIsAboutOne)
     EXPECT_NE(blur.Blur(bitmap, 50.0f, 15, true), nullptr);
     EXPECT_EQ(blur.Blur(bitmap, 50.2f, 15, true), nullptr);
     EXPECT_EQ(blur.Blur(bitmap, std::nanf(""), 15, true), nullptr);
-}
-
-TEST(CGaussBlur, TooSmallASigmaGivesAPlainCopy)
-{
-    CGaussBlur blur;
-    gfx::Bitmap bitmap = spot(5, 5, 2, 2, 200);
+    // Too small a sigma gives a plain copy.
     for (float sigma : {0.0f, 0.09f, -3.0f}) {
         const auto copy = blur.Blur(bitmap, sigma, 14, false);
         ASSERT_NE(copy, nullptr);
@@ -69,54 +64,28 @@ TEST(CGaussBlur, TooSmallASigmaGivesAPlainCopy)
     }
 }
 
-TEST(CGaussBlur, RowsTakeTheKernelInTheMiddleAndOnlyWhatMeetsPixelsAtTheEnds)
+TEST(CGaussBlur, LinesTakeTheKernelInTheMiddleAndOnlyWhatMeetsPixelsAtTheEnds)
 {
     CGaussBlur blur;
-    // A one-pixel-high picture: the column pass leaves it alone, the row pass shows its weights.
+    // One pixel high: the column pass leaves it alone, the row pass shows 255 x weight / 226.
     gfx::Bitmap middle = spot(21, 1, 10, 0);
-    auto out = blur.Blur(middle, 1.0f, 15, true);
-    std::vector<int> expected = zeros(21);
-    // 255 x weight / 226, truncated.
-    expected[7] = expected[13] = 1;
-    expected[8] = expected[12] = 13;
-    expected[9] = expected[11] = 62;
-    expected[10] = 101;
-    EXPECT_EQ(line(*out, 1, 0), expected);
-
+    EXPECT_EQ(line(*blur.Blur(middle, 1.0f, 15, true), 1, 0), row(21, 7, {1, 13, 62, 101, 62, 13, 1}));
     // At the left end only the weights that meet pixels count, and one pixel fewer than at the
     // right end: pixel 0 sees pixels 0..2 (90, 55, 12), pixel 20 sees 17..20 (1, 12, 55, 90).
-    gfx::Bitmap left = spot(21, 1, 0, 0);
-    out = blur.Blur(left, 1.0f, 15, true);
-    expected = zeros(21);
-    expected[0] = 255 * 90 / 157;
-    expected[1] = 255 * 55 / 212;
-    expected[2] = 255 * 12 / 224;
-    expected[3] = 255 * 1 / 226;
-    EXPECT_EQ(line(*out, 2, 0), expected);
-    gfx::Bitmap right = spot(21, 1, 20, 0);
-    out = blur.Blur(right, 1.0f, 15, true);
-    expected = zeros(21);
-    expected[20] = 255 * 90 / 158;
-    expected[19] = 255 * 55 / 213;
-    expected[18] = 255 * 12 / 225;
-    expected[17] = 255 * 1 / 226;
-    EXPECT_EQ(line(*out, 2, 0), expected);
+    gfx::Bitmap left = spot(21, 1, 0, 0), right = spot(21, 1, 20, 0);
+    EXPECT_EQ(line(*blur.Blur(left, 1.0f, 15, true), 2, 0),
+              row(21, 0, {255 * 90 / 157, 255 * 55 / 212, 255 * 12 / 224, 255 * 1 / 226}));
+    EXPECT_EQ(line(*blur.Blur(right, 1.0f, 15, true), 2, 0),
+              row(21, 17, {255 * 1 / 226, 255 * 12 / 225, 255 * 55 / 213, 255 * 90 / 158}));
     // So a pixel three away reaches the right end but not the left one.
     gfx::Bitmap nearLeft = spot(21, 1, 3, 0), nearRight = spot(21, 1, 17, 0);
     EXPECT_EQ(line(*blur.Blur(nearLeft, 1.0f, 15, true), 0, 0)[0], 0);
     EXPECT_EQ(line(*blur.Blur(nearRight, 1.0f, 15, true), 0, 0)[20], 1);
-}
-
-TEST(CGaussBlur, ColumnsFollowTheSameRuleFromTopToBottom)
-{
-    CGaussBlur blur;
+    // Columns follow the same rule from top to bottom.
     gfx::Bitmap top = spot(1, 21, 0, 0), bottom = spot(1, 21, 0, 20);
     const std::vector<int> down = line(*blur.Blur(top, 1.0f, 15, true), 1, -1);
     const std::vector<int> up = line(*blur.Blur(bottom, 1.0f, 15, true), 1, -1);
-    EXPECT_EQ(down[0], 146);
-    EXPECT_EQ(down[1], 66);
-    EXPECT_EQ(up[20], 145);
-    EXPECT_EQ(up[19], 65);
+    EXPECT_EQ((std::vector<int>{down[0], down[1], up[20], up[19]}), (std::vector<int>{146, 66, 145, 65}));
 }
 
 TEST(CGaussBlur, MaskedChannelsAreBlurredAndTheOthersCopiedOrCleared)
@@ -135,15 +104,13 @@ TEST(CGaussBlur, MaskedChannelsAreBlurredAndTheOthersCopiedOrCleared)
     EXPECT_EQ(red[6], 28);
     EXPECT_EQ(line(*copied, 3, 7), std::vector<int>(15, 255));
     // Without copying, blue is 0 everywhere.
-    const auto cleared = blur.Blur(bitmap, 1.0f, 14, false);
-    EXPECT_EQ(line(*cleared, 0, 7), zeros(15));
+    EXPECT_EQ(line(*blur.Blur(bitmap, 1.0f, 14, false), 0, 7), std::vector<int>(15, 0));
 }
 
-TEST(CGaussBlur, EvenFieldsStayEvenEndsIncludedAndLinesShorterThanTheKernelAreSafe)
+TEST(CGaussBlur, EvenFieldsStayEvenAndLinesShorterThanTheKernelAreSafe)
 {
     CGaussBlur blur;
-    // A sigma whose kernel is far wider than the picture: every line is shorter than the
-    // kernel, which is then cut to the line.
+    // A kernel far wider than the picture is cut to each line.
     for (const QSize size : {QSize(3, 2), QSize(1, 1), QSize(40, 7)}) {
         QImage image(size, QImage::Format_ARGB32);
         image.fill(qRgba(77, 77, 77, 255));
@@ -153,23 +120,11 @@ TEST(CGaussBlur, EvenFieldsStayEvenEndsIncludedAndLinesShorterThanTheKernelAreSa
         for (int y = 0; y < size.height(); ++y)
             EXPECT_EQ(line(*out, 1, y), std::vector<int>(std::size_t(size.width()), 77)) << size.width();
     }
+    // Tall enough to be worked in two halves: a spot on the row where the halves meet spreads
+    // into both exactly as a small picture's does, 101 across, then 101 x weight / 226 down.
+    gfx::Bitmap tall = spot(300, 300, 40, 150);
+    EXPECT_EQ(line(*blur.Blur(tall, 1.0f, 15, true), 1, -1, 40), row(300, 147, {0, 5, 24, 40, 24, 5, 0}));
     // A cancelled blur gives nothing.
     blur.m_bCancel = true;
-    gfx::Bitmap bitmap = spot(8, 8, 3, 3);
-    EXPECT_EQ(blur.Blur(bitmap, 2.0f, 15, true), nullptr);
-}
-
-TEST(CGaussBlur, LargeBitmapsBlurTheSameWhereTheirRowsAreSharedOut)
-{
-    // Tall enough to be worked in two halves; a spot on the row where the halves meet spreads
-    // into both exactly as a small picture's does.
-    CGaussBlur blur;
-    gfx::Bitmap bitmap = spot(300, 300, 40, 150);
-    const std::vector<int> column = line(*blur.Blur(bitmap, 1.0f, 15, true), 1, -1, 40);
-    std::vector<int> expected = zeros(300);
-    // 255 x 90 / 226 = 101 across, then 101 x weight / 226 down.
-    const int weights[] = {1, 12, 55, 90, 55, 12, 1};
-    for (int i = 0; i < 7; ++i)
-        expected[std::size_t(147 + i)] = 101 * weights[i] / 226;
-    EXPECT_EQ(column, expected);
+    EXPECT_EQ(blur.Blur(tall, 2.0f, 15, true), nullptr);
 }

@@ -18,29 +18,23 @@ std::vector<CPoint> samplesOf(const CSpline& spline)
 
 // A sample is the curve's value truncated toward zero; where the exact value lies within a
 // hair of an integer, float rounding may land on either side.
-void expectTruncated(int sample, double exact, const char* what, int index)
+void expectTruncated(int sample, double exact, int index)
 {
-    const double truncated = std::trunc(exact);
     if (std::abs(exact - std::round(exact)) < 1e-3)
-        EXPECT_NEAR(sample, exact, 1.0) << what << " at sample " << index;
+        EXPECT_NEAR(sample, exact, 1.0) << "sample " << index;
     else
-        EXPECT_EQ(sample, int(truncated)) << what << " at sample " << index << ", exact " << exact;
+        EXPECT_EQ(sample, int(std::trunc(exact))) << "sample " << index << ", exact " << exact;
 }
 
 // Three points spaced evenly on a line: the system for the tangents is
 //   2 B0 + B1 = 3a,  B0 + 4 B1 + B2 = 6a,  B1 + 2 B2 = 3a,
 // solved by B = a. Starting from the right-hand side over the diagonal (1.5 a everywhere),
 // every Jacobi sweep halves the error and flips its sign, so after exactly ten sweeps
-// B = a + a/2 (-1/2)^10 at all three points.
-double tangentAfterTenSweeps(double chord)
-{
-    return chord + chord / 2 * std::pow(-0.5, 10);
-}
-
-// The spline of such a line deviates from uniform speed by (B - a) t (t - 1)(2t - 1).
+// B = a + a/2 (-1/2)^10 at all three points, and the spline deviates from uniform speed by
+// (B - a) t (t - 1)(2t - 1).
 double evenLineAt(double chord, double t)
 {
-    return chord * t + (tangentAfterTenSweeps(chord) - chord) * t * (t - 1) * (2 * t - 1);
+    return chord * t + chord / 2 * std::pow(-0.5, 10) * t * (t - 1) * (2 * t - 1);
 }
 
 } // namespace
@@ -50,22 +44,19 @@ TEST(Spline, SamplesEachSegmentByStepsOfItsLongerAxis)
     EXPECT_EQ(CSpline(static_cast<const CPoint*>(nullptr), 0).GetCurveCount(), 0);
     const CPoint one[] = {{5, 7}};
     EXPECT_EQ(CSpline(one, 1).GetCurveCount(), 0);
-
     // Two points: a straight line, 400 / 8 steps, no wobble along it.
     const CPoint two[] = {{0, 0}, {400, 0}};
-    std::vector<CPoint> line = samplesOf(CSpline(two, 2));
+    const std::vector<CPoint> line = samplesOf(CSpline(two, 2));
     ASSERT_EQ(line.size(), 51u);
     EXPECT_EQ(line.back(), CPoint(400, 0));
-    for (size_t i = 1; i < line.size(); ++i) {
-        EXPECT_EQ(line[i].y, 0);
-        EXPECT_GE(line[i].x, line[i - 1].x);
-    }
+    for (size_t i = 1; i < line.size(); ++i)
+        EXPECT_TRUE(line[i].y == 0 && line[i].x >= line[i - 1].x) << i;
 
     const CPoint points[] = {{0, 0}, {3, 100}, {-47, 90}, {-47, 97}};
     const CSpline spline(points, 4);
-    EXPECT_EQ(spline.GetSteps(0), 12); // 100 / 8
-    EXPECT_EQ(spline.GetSteps(1), 6);  // |-50| / 8
-    EXPECT_EQ(spline.GetSteps(2), 1);  // 7 / 8 is 0: at least one
+    // 100 / 8, |-50| / 8, and 7 / 8 held to at least one.
+    EXPECT_EQ((std::vector<int>{spline.GetSteps(0), spline.GetSteps(1), spline.GetSteps(2)}),
+              (std::vector<int>{12, 6, 1}));
     const std::vector<CPoint> samples = samplesOf(spline);
     ASSERT_EQ(samples.size(), size_t(spline.GetCurveCount()));
     ASSERT_EQ(samples.size(), 13u + 7u + 2u);
@@ -79,30 +70,27 @@ TEST(Spline, SamplesEachSegmentByStepsOfItsLongerAxis)
 TEST(Spline, ArchMatchesTheAnalyticCurveAfterTenSweeps)
 {
     // Two chords of equal length, (100, 100) and (100, -100). Across, the system is that of an
-    // even line (see tangentAfterTenSweeps). Up, the right-hand side is (300, 0, -300), whose
-    // exact solution (150, 0, -150) is also the starting guess, so the height is exact:
-    // y = 100 s + 150 p = 150 t - 50 t^3 on the first segment and its mirror on the second.
+    // even line. Up, the right-hand side is (300, 0, -300), whose exact solution (150, 0, -150)
+    // is also the starting guess, so the height is exact: y = 150 t - 50 t^3 on the first
+    // segment and its mirror on the second.
     const CPoint points[] = {{0, 0}, {100, 100}, {200, 0}};
     const CSpline spline(points, 3);
-    const double across = tangentAfterTenSweeps(100);
-    for (int i = 0; i < 3; ++i)
-        EXPECT_NEAR(spline.GetTangent(i).x(), across, 1e-4) << i;
-    EXPECT_NEAR(spline.GetTangent(0).y(), 150, 1e-4);
-    EXPECT_NEAR(spline.GetTangent(1).y(), 0, 1e-4);
-    EXPECT_NEAR(spline.GetTangent(2).y(), -150, 1e-4);
-
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_NEAR(spline.GetTangent(i).x(), 100 + 50 * std::pow(-0.5, 10), 1e-4) << i;
+        EXPECT_NEAR(spline.GetTangent(i).y(), 150 - 150 * i, 1e-4) << i;
+    }
     const std::vector<CPoint> samples = samplesOf(spline);
     ASSERT_EQ(samples.size(), 26u); // 12 steps + 1, twice
     for (int i = 0; i <= 12; ++i) {
-        const double t = i / 12.0;
-        expectTruncated(samples[size_t(i)].x, evenLineAt(100, t), "x", i);
-        expectTruncated(samples[size_t(i)].y, 150 * t - 50 * t * t * t, "y", i);
-        expectTruncated(samples[size_t(13 + i)].x, 100 + evenLineAt(100, t), "x", 13 + i);
-        expectTruncated(samples[size_t(13 + i)].y, 150 * (1 - t) - 50 * std::pow(1 - t, 3), "y", 13 + i);
+        const double t = i / 12.0, u = 1 - t;
+        expectTruncated(samples[size_t(i)].x, evenLineAt(100, t), i);
+        expectTruncated(samples[size_t(i)].y, 150 * t - 50 * t * t * t, i);
+        expectTruncated(samples[size_t(13 + i)].x, 100 + evenLineAt(100, t), 13 + i);
+        expectTruncated(samples[size_t(13 + i)].y, 150 * u - 50 * u * u * u, 13 + i);
     }
 }
 
-TEST(Spline, TenSweepsLeaveAVisibleResidueOnALongLine)
+TEST(Spline, SegmentRatiosAndTheResidueOfTenSweepsShowOnLongLines)
 {
     // With chords of 100,000 units the error left by ten sweeps, a/2 / 1024 = 48.8, bends the
     // samples by up to 4.7 units off uniform speed: a solver run to convergence, or one sweep
@@ -112,42 +100,28 @@ TEST(Spline, TenSweepsLeaveAVisibleResidueOnALongLine)
     const int steps = spline.GetSteps(0);
     ASSERT_EQ(steps, CSpline::MaxSteps); // 12,500 asked for, held to the limit
     const std::vector<CPoint> samples = samplesOf(spline);
-    for (int i : {100, 216, 400, 800, 950}) {
-        const double t = double(i) / steps;
-        const double exact = evenLineAt(100000, t);
-        EXPECT_NEAR(samples[size_t(i)].x, exact, 1.0) << i;
-        EXPECT_EQ(samples[size_t(i)].y, 0);
-    }
+    for (int i : {100, 216, 400, 800, 950})
+        EXPECT_NEAR(samples[size_t(i)].x, evenLineAt(100000, double(i) / steps), 1.0) << i;
     EXPECT_GT(samples[216].x - 100000.0 * 216 / steps, 3.0); // the residue itself
-}
 
-TEST(Spline, SegmentLengthRatiosKeepUnevenPointsAtEvenSpeed)
-{
-    // Chords of 100 and 200 on one line: with the parameter scaled by segment length the
-    // exact tangents are the chords themselves (100, 200, 200), a uniform motion, and the
-    // sweeps converge by half each time. Wrong ratios would bunch the samples up (a ratio of
-    // 2 instead of 0.5 puts the middle of the first segment at x = 12).
-    const CPoint points[] = {{0, 0}, {100, 0}, {300, 0}};
-    const CSpline spline(points, 3);
-    const std::vector<CPoint> samples = samplesOf(spline);
-    ASSERT_EQ(samples.size(), size_t(12 + 1 + 25 + 1));
+    // Chords of 100 and 200 on one line: with the parameter scaled by segment length the exact
+    // tangents are the chords themselves, a uniform motion. Wrong ratios would bunch the
+    // samples up (a ratio of 2 instead of 0.5 puts the middle of the first segment at x = 12).
+    const CPoint uneven[] = {{0, 0}, {100, 0}, {300, 0}};
+    const std::vector<CPoint> even = samplesOf(CSpline(uneven, 3));
+    ASSERT_EQ(even.size(), size_t(12 + 1 + 25 + 1));
     for (int i = 0; i <= 12; ++i)
-        EXPECT_NEAR(samples[size_t(i)].x, 100.0 * i / 12, 1.0) << i;
+        EXPECT_NEAR(even[size_t(i)].x, 100.0 * i / 12, 1.0) << i;
     for (int i = 0; i <= 25; ++i)
-        EXPECT_NEAR(samples[size_t(13 + i)].x, 100 + 200.0 * i / 25, 1.0) << 13 + i;
+        EXPECT_NEAR(even[size_t(13 + i)].x, 100 + 200.0 * i / 25, 1.0) << 13 + i;
 }
 
 TEST(Spline, DegenerateInputStaysFiniteAndNearTheChord)
 {
     // Coincident neighbours: a zero-length segment must not divide by zero.
     const CPoint repeated[] = {{0, 0}, {0, 0}, {100, 0}, {100, 0}, {100, 0}, {200, 50}};
-    const CSpline coincident(repeated, 6);
-    for (const CPoint& p : samplesOf(coincident)) {
-        EXPECT_GT(p.x, -1000);
-        EXPECT_LT(p.x, 1000);
-        EXPECT_GT(p.y, -1000);
-        EXPECT_LT(p.y, 1000);
-    }
+    for (const CPoint& p : samplesOf(CSpline(repeated, 6)))
+        EXPECT_TRUE(std::abs(p.x) < 1000 && std::abs(p.y) < 1000);
 
     // A point that is not a number poisons the tangents near it; the samples fall back to the
     // chord, and segments with two good ends stay on it.
@@ -157,11 +131,8 @@ TEST(Spline, DegenerateInputStaysFiniteAndNearTheChord)
     std::vector<CPoint> last;
     poisoned.AppendSegment(3, last);
     ASSERT_EQ(last.size(), size_t(poisoned.GetSteps(3) + 1));
-    for (const CPoint& p : last) {
-        EXPECT_EQ(p.y, 0);
-        EXPECT_GE(p.x, 199);
-        EXPECT_LE(p.x, 300);
-    }
+    for (const CPoint& p : last)
+        EXPECT_TRUE(p.y == 0 && p.x >= 199 && p.x <= 300) << p.x << "," << p.y;
     EXPECT_EQ(poisoned.GetCurveCount(), int(samplesOf(poisoned).size()));
 
     // Chords beyond the int range: the steps are held to the limit and every sample is clamped.

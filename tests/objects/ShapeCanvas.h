@@ -1,15 +1,23 @@
 #pragma once
 
+#include "document/CArchive.h"
 #include "document/CView.h"
 #include "objects/CDrawRect.h"
+#include "objects/CDrawText.h"
+#include "objects/DefaultProperties.h"
 #include "platform/RenderQuality.h"
 #include "platform/graphics/Graphics.h"
 #include "platform/graphics/Image.h"
 
+#include <gtest/gtest.h>
+
 #include <QColor>
+#include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QString>
 #include <memory>
+#include <vector>
 
 // A small label to draw shapes on: a white bitmap with the label's y-up world transform, the
 // origin in the middle, and the application's drawing settings.
@@ -34,6 +42,15 @@ public:
 
     // The device pixel of a document point.
     static QPoint device(int x, int y, int size = 200) { return QPoint(size / 2 + x, size / 2 - y); }
+
+    // The objects drawn one after the other on a fresh canvas.
+    template <class Objects> static QImage render(const Objects& objects, int size = 200)
+    {
+        ShapeCanvas canvas(size);
+        for (const auto& object : objects)
+            object->Draw(canvas.graphics(), 300, 300, nullptr);
+        return canvas.image();
+    }
 
 private:
     gfx::Bitmap m_bitmap;
@@ -99,3 +116,53 @@ public:
     int updates = 0;
     int invalidations = 0;
 };
+
+// What the object writes to a project file: equal bytes mean equal stored fields.
+inline QByteArray stored(CDrawObj& object)
+{
+    CArchive archive;
+    object.Serialize(archive);
+    return archive.Buffer();
+}
+
+// A text in Liberation Sans (the face the measures below assume), laid out.
+inline std::unique_ptr<CDrawText> makeText(const QString& content, const CRect& at = CRect(-100, 50, 100, -50),
+                                           int kind = CDrawText::Straight, int justify = CDrawText::Left)
+{
+    auto text = std::make_unique<CDrawText>(at);
+    text->m_fontName = QStringLiteral("Liberation Sans");
+    text->m_text = content;
+    text->m_textPathKind = kind;
+    text->m_justify = justify;
+    text->Layout();
+    return text;
+}
+
+// Compares a drawing with the picture tests/objects/reference/<name>.png, checked by eye once; at
+// most `share` of the pixels may differ by more than 8 in a channel (antialiased edges move with
+// library updates). TESSARELLE_UPDATE_REFERENCES=1 writes the pictures anew.
+inline void compareWithReference(const QString& name, QImage rendered, double share)
+{
+    const QString folder = QFileInfo(QStringLiteral(__FILE__)).absolutePath() + QStringLiteral("/reference");
+    const QString path = folder + "/" + name + ".png";
+    rendered = rendered.convertToFormat(QImage::Format_ARGB32);
+    if (qEnvironmentVariableIntValue("TESSARELLE_UPDATE_REFERENCES") == 1) {
+        QDir().mkpath(folder);
+        ASSERT_TRUE(rendered.save(path)) << path.toStdString();
+        return;
+    }
+    const QImage reference = QImage(path).convertToFormat(QImage::Format_ARGB32);
+    ASSERT_EQ(reference.size(), rendered.size()) << "no reference " << path.toStdString();
+    int differing = 0;
+    for (int y = 0; y < rendered.height(); ++y)
+        for (int x = 0; x < rendered.width(); ++x) {
+            const QRgb p = reference.pixel(x, y), q = rendered.pixel(x, y);
+            differing += std::abs(qRed(p) - qRed(q)) > 8 || std::abs(qGreen(p) - qGreen(q)) > 8
+                         || std::abs(qBlue(p) - qBlue(q)) > 8 || std::abs(qAlpha(p) - qAlpha(q)) > 8;
+        }
+    if (differing > rendered.width() * rendered.height() * share) {
+        const QString actual = QDir::tempPath() + "/" + name + ".actual.png";
+        rendered.save(actual);
+        ADD_FAILURE() << name.toStdString() << ": " << differing << " pixels differ; drawn now: " << actual.toStdString();
+    }
+}
