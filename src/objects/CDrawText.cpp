@@ -33,11 +33,14 @@ int truncToInt(double value)
     return int(std::clamp(std::trunc(value), low, high));
 }
 
+// How far from the origin a coordinate computed here may go: rectangles within it can still be
+// measured in int.
+constexpr long long CoordinateLimit = std::numeric_limits<int>::max() / 2;
+
 // A coordinate computed in 64 bits, held to where rectangles can still be measured in int.
 int clampCoordinate(long long value)
 {
-    constexpr long long limit = std::numeric_limits<int>::max() / 2;
-    return int(std::clamp(value, -limit, limit));
+    return int(std::clamp(value, -CoordinateLimit, CoordinateLimit));
 }
 
 float wrapDegrees(double angle)
@@ -234,8 +237,14 @@ void CDrawText::Layout()
         const double height = double(lines.size()) * pitch;
         const CPoint c = m_position.CenterPoint();
         const long long hw = truncToInt(widest / 2.0 + 1), hh = truncToInt(height / 2 + 1);
-        m_position = CRect(clampCoordinate(c.x - hw), clampCoordinate(c.y + hh), clampCoordinate(c.x + hw),
-                           clampCoordinate(c.y - hh));
+        // A box that would reach beyond the coordinates' range moves in whole instead of being
+        // cut: it keeps its centre, so laying it out again (the next open) gives the same box.
+        const long long cx = std::clamp<long long>(c.x, std::min(hw - CoordinateLimit, 0LL),
+                                                   std::max(CoordinateLimit - hw, 0LL));
+        const long long cy = std::clamp<long long>(c.y, std::min(hh - CoordinateLimit, 0LL),
+                                                   std::max(CoordinateLimit - hh, 0LL));
+        m_position = CRect(clampCoordinate(cx - hw), clampCoordinate(cy + hh), clampCoordinate(cx + hw),
+                           clampCoordinate(cy - hh));
         m_aspect = aspectOf(m_position);
     }
 

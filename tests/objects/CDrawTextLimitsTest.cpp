@@ -1,0 +1,37 @@
+#include "objects/CDrawText.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+
+// Straight text fits its box about the box's centre. A box from a damaged project may sit at
+// the edge of the coordinates' range; laid out, it must stay whole and laid out again (as the
+// next open of the saved project does), stay where it is.
+TEST(CDrawTextLimits, StraightTextAtTheEdgeOfTheRangeKeepsItsBoxFromLayoutToLayout)
+{
+    const struct {
+        const char* name;
+        CRect position;
+    } cases[] = {
+        {"far right", CRect(1766654052, 58, 1226863215, -58)},
+        {"far left and down", CRect(INT_MIN, INT_MIN + 100, INT_MIN + 10, INT_MIN)},
+        {"near the middle", CRect(-300, 200, 300, -200)},
+    };
+    for (const auto& c : cases) {
+        CDrawText text(c.position);
+        text.m_text = QStringLiteral("Mix Nr. 7");
+        text.Layout();
+        const CRect first = text.m_position;
+        EXPECT_GT(first.Width(), 0) << c.name;
+        EXPECT_LT(first.Height(), 0) << c.name; // y up: top above bottom
+        EXPECT_LE(first.right, INT_MAX / 2) << c.name;
+        EXPECT_GE(first.left, -(INT_MAX / 2)) << c.name;
+        text.Layout();
+        EXPECT_EQ(text.m_position, first) << c.name;
+    }
+    // Inside the range the centre stays exactly where it was.
+    CDrawText middle(CRect(-300, 200, 300, -200));
+    middle.m_text = QStringLiteral("Mix Nr. 7");
+    middle.Layout();
+    EXPECT_EQ(middle.m_position.CenterPoint(), CPoint(0, 0));
+}
