@@ -15,20 +15,11 @@ const QColor White(Qt::white);
 
 } // namespace
 
-TEST(Matrix, PrependActsFirstAndAppendLastAndSingularMatricesStay)
+TEST(Matrix, RotationTurnsXTowardYAndSingularMatricesStay)
 {
     Matrix m;
-    m.Scale(2, 3);
-    m.Translate(10, 0); // prepended: translate, then scale
-    EXPECT_EQ(m.Map(QPointF(1, 1)), QPointF(22, 3));
-    m.Reset();
-    m.Scale(2, 3);
-    m.Translate(10, 0, MatrixOrder::Append); // scale, then translate
-    EXPECT_EQ(m.Map(QPointF(1, 1)), QPointF(12, 3));
-    m.Reset();
-    m.Rotate(90); // a positive angle turns +x toward +y
+    m.Rotate(90);
     EXPECT_LT(QLineF(m.Map(QPointF(1, 0)), QPointF(0, 1)).length(), 1e-9);
-
     Matrix singular(1, 2, 2, 4, 5, 6);
     EXPECT_FALSE(singular.Invert());
     EXPECT_EQ(singular, Matrix(1, 2, 2, 4, 5, 6));
@@ -37,7 +28,7 @@ TEST(Matrix, PrependActsFirstAndAppendLastAndSingularMatricesStay)
     EXPECT_EQ(invertible.Map(QPointF(8, 12)), QPointF(1, 1));
 }
 
-TEST(GraphicsTransform, WorldTransformsPrependByDefaultAndDeviceMappingActsLast)
+TEST(GraphicsTransform, WorldTransformsPrependByDefault)
 {
     Bitmap canvas = drawOn(40, 40, [](Graphics& g) {
         g.TranslateTransform(20, 20);
@@ -51,48 +42,40 @@ TEST(GraphicsTransform, WorldTransformsPrependByDefaultAndDeviceMappingActsLast)
     EXPECT_EQ(paintedRect(canvas, Qt::black), QRect(20, 20, 10, 10));
     EXPECT_EQ(paintedRect(canvas, Qt::red), QRect(1, 1, 6, 6));
 
+}
+
+TEST(GraphicsTransform, DeviceMappingActsLastAndThePainterIsGivenBackAsItWas)
+{
     QImage image(100, 100, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::white);
     QPainter painter(&image);
+    painter.setClipRect(QRect(0, 0, 65, 100));
     DeviceContext dc(painter, 96, 96, false);
     // Logical units of half a pixel, y up, logical (0, 0) at device (50, 50).
     dc.SetWindowExt(200, -200);
     dc.SetViewportExt(100, 100);
     dc.SetViewportOrg(50, 50);
+    const QTransform before = painter.worldTransform();
     {
         Graphics g(dc);
+        EXPECT_TRUE(g.GetClip().IsInfinite());
         g.TranslateTransform(20, 0); // in logical units: 10 device pixels right
+        g.SetSmoothingMode(SmoothingMode::AntiAlias);
         g.FillRectangle(SolidBrush(Black), QRectF(0, 0, 20, 40)); // up from the origin
         QPointF p(0, 0);
         g.TransformPoints(CoordinateSpace::Device, CoordinateSpace::World, &p, 1);
         EXPECT_EQ(p, QPointF(60, 50));
         g.TransformPoints(CoordinateSpace::World, CoordinateSpace::Device, &p, 1);
         EXPECT_EQ(p, QPointF(0, 0));
+        g.SetClip(QRectF(0, 0, 20, 20)); // device (60, 40) to (70, 50), within the painter's clip
+        g.FillRectangle(SolidBrush(Red), QRectF(-100, -100, 200, 200));
     }
-    painter.end();
-    EXPECT_EQ(paintedRect(Bitmap(image), Qt::black), QRect(60, 30, 10, 20));
-}
-
-TEST(GraphicsTransform, GraphicsOnADeviceRestoresThePainterButKeepsItsClip)
-{
-    QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::white);
-    QPainter painter(&image);
-    painter.setClipRect(QRect(0, 0, 10, 20));
-    DeviceContext dc(painter, 96, 96, false);
-    {
-        Graphics g(dc);
-        EXPECT_TRUE(g.GetClip().IsInfinite());
-        g.TranslateTransform(5, 0);
-        g.SetSmoothingMode(SmoothingMode::AntiAlias);
-        g.SetClip(QRectF(0, 0, 10, 10)); // device (5, 0) to (15, 10), within the painter's clip
-        g.FillRectangle(SolidBrush(Red), QRectF(-20, 0, 40, 20));
-    }
-    EXPECT_TRUE(painter.worldTransform().isIdentity());
+    EXPECT_EQ(painter.worldTransform(), before);
     EXPECT_FALSE(painter.testRenderHint(QPainter::Antialiasing));
-    EXPECT_EQ(painter.clipBoundingRect(), QRectF(0, 0, 10, 20));
+    EXPECT_EQ(painter.clipBoundingRect(), QRectF(0, 0, 65, 100));
     painter.end();
-    EXPECT_EQ(paintedRect(Bitmap(image), Qt::red), QRect(5, 0, 5, 10));
+    EXPECT_EQ(paintedRect(Bitmap(image), Qt::black), QRect(60, 30, 5, 10));
+    EXPECT_EQ(paintedRect(Bitmap(image), Qt::red), QRect(60, 40, 5, 10));
 }
 
 TEST(DeviceContext, MappingRoundsHalvesAwayFromZeroBothWays)
@@ -121,7 +104,7 @@ TEST(DeviceContext, MappingRoundsHalvesAwayFromZeroBothWays)
     EXPECT_EQ(dc.LPtoDP(CPoint(0, 0)), CPoint(-3, 5));
 }
 
-TEST(GraphicsClip, IntersectExcludeSaveAndRestore)
+TEST(GraphicsClip, IntersectExcludeRestoreAndStayOnTheDevice)
 {
     Bitmap canvas = makeCanvas(40, 40);
     Graphics g(canvas);
@@ -136,6 +119,18 @@ TEST(GraphicsClip, IntersectExcludeSaveAndRestore)
     g.ResetClip();
     EXPECT_TRUE(g.GetClip().IsInfinite());
 
+    // The clip is kept on the device and reported in world coordinates: moving the world
+    // afterwards does not move it, and a clip taken back and set again is the same clip.
+    g.SetTransform(Matrix(1, 0, 0, -1, 0, 40)); // y up
+    g.SetClip(QRectF(0, 0, 10, 10)); // device rows 30..39
+    g.TranslateTransform(5, 0);
+    const Region saved = g.GetClip();
+    EXPECT_EQ(saved.GetBounds(), QRectF(-5, 0, 10, 10));
+    g.ResetClip();
+    g.SetClip(saved);
+    g.FillRectangle(SolidBrush(Black), QRectF(-20, -20, 80, 80));
+    EXPECT_EQ(paintedRect(canvas, Qt::black), QRect(0, 30, 10, 10));
+
     Bitmap holed = makeCanvas(30, 30);
     Graphics h(holed);
     h.SetClip(QRectF(10, 10, 10, 10), CombineMode::Exclude); // everything but the middle
@@ -147,24 +142,6 @@ TEST(GraphicsClip, IntersectExcludeSaveAndRestore)
     EXPECT_TRUE(h.GetClip().IsEmpty());
     h.FillRectangle(SolidBrush(Red), QRectF(0, 0, 30, 30));
     EXPECT_EQ(countPixels(holed.image(), Qt::red), 0);
-}
-
-TEST(GraphicsClip, ClipIsKeptOnTheDeviceAndReportedInWorldCoordinates)
-{
-    Bitmap canvas = makeCanvas(40, 40);
-    Graphics g(canvas);
-    g.SetTransform(Matrix(1, 0, 0, -1, 0, 40)); // y up
-    g.SetClip(QRectF(0, 0, 10, 10)); // device rows 30..39
-    EXPECT_EQ(g.GetClip().GetBounds(), QRectF(0, 0, 10, 10));
-    // Moving the world afterwards does not move the clip on the device.
-    g.TranslateTransform(5, 0);
-    EXPECT_EQ(g.GetClip().GetBounds(), QRectF(-5, 0, 10, 10));
-    // A clip taken back and set again is the same clip.
-    const Region saved = g.GetClip();
-    g.ResetClip();
-    g.SetClip(saved);
-    g.FillRectangle(SolidBrush(Red), QRectF(-20, -20, 80, 80));
-    EXPECT_EQ(paintedRect(canvas, Qt::red), QRect(0, 30, 10, 10));
 }
 
 TEST(GraphicsState, RestorePopsTheTokenAndEverySaveAfterIt)

@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QStringList>
 #include <QtMath>
+#include <cstring>
 #include <gtest/gtest.h>
 
 // A small canvas for drawing tests: a bitmap filled with one opaque colour.
@@ -73,35 +74,26 @@ inline void expectPixels(const gfx::Bitmap& bitmap, std::initializer_list<Probe>
 
 // Small pictures written as rows of letters, a letter a pixel: R G B Y for red, green, blue and
 // yellow, '#' for black, '.' for white; any other colour reads as '?'.
-inline const std::pair<char, QRgb> Letters[] = {{'R', qRgb(255, 0, 0)},   {'G', qRgb(0, 255, 0)},
-                                                {'B', qRgb(0, 0, 255)},   {'Y', qRgb(255, 255, 0)},
-                                                {'#', qRgb(0, 0, 0)},     {'.', qRgb(255, 255, 255)}};
+inline const char Letters[] = "RGBY#.";
+inline const QRgb LetterColors[] = {0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFF00, 0xFF000000, 0xFFFFFFFF};
 
 inline QImage imageOf(const QStringList& rows)
 {
     QImage image(int(rows.front().size()), int(rows.size()), QImage::Format_RGB32);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
-            for (const auto& [letter, rgb] : Letters)
-                if (rows[y][x] == QLatin1Char(letter))
-                    image.setPixel(x, y, rgb);
+            image.setPixel(x, y, LetterColors[std::strchr(Letters, rows[y][x].toLatin1()) - Letters]);
     return image;
 }
 
 inline QStringList rowsOf(const QImage& image)
 {
-    QStringList rows;
-    for (int y = 0; y < image.height(); ++y) {
-        QString row;
-        for (int x = 0; x < image.width(); ++x) {
-            char c = '?';
-            for (const auto& [letter, rgb] : Letters)
-                if (image.pixel(x, y) == rgb)
-                    c = letter;
-            row += QLatin1Char(c);
-        }
-        rows << row;
-    }
+    QStringList rows(image.height(), QString(image.width(), u'?'));
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            for (int i = 0; i < 6; ++i)
+                if (image.pixel(x, y) == LetterColors[i])
+                    rows[y][x] = QLatin1Char(Letters[i]);
     return rows;
 }
 
