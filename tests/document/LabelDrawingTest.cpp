@@ -2,7 +2,6 @@
 
 #include "platform/Profile.h"
 #include "platform/graphics/DeviceContext.h"
-#include "platform/graphics/Graphics.h"
 
 #include <QImage>
 #include <QPainter>
@@ -12,31 +11,16 @@ namespace {
 constexpr QRgb Red = 0xFFFF0000;
 constexpr QRgb Blue = 0xFF0000FF;
 constexpr QRgb Green = 0xFF00FF00;
-constexpr QRgb WhitePixel = 0xFFFFFFFF;
-
-QRgb pixel(const gfx::Bitmap& bitmap, int x, int y)
-{
-    return bitmap.image().pixel(x, y);
-}
-
-// A 200 by 200 bitmap whose world is the label's: y up, (0, 0) in the middle.
-struct LabelCanvas {
-    explicit LabelCanvas(int originX = 100, int originY = 100) : bitmap(200, 200), graphics(bitmap)
-    {
-        graphics.SetTransform(gfx::Matrix(1, 0, 0, -1, float(originX), float(originY)));
-    }
-    gfx::Bitmap bitmap;
-    gfx::Graphics graphics;
-};
+constexpr QRgb White = 0xFFFFFFFF;
+constexpr QRgb Transparent = 0x00000000;
 
 // The phase (device row modulo 8) of a horizontal hatch over the given column; -1 when the
 // foreground rows are not all in one phase.
-int hatchPhase(const gfx::Bitmap& bitmap, int column)
+int hatchPhase(const QImage& image, int column)
 {
-    int phase = -1;
-    int rows = 0;
-    for (int y = 0; y < bitmap.image().height(); ++y) {
-        if (bitmap.image().pixel(column, y) != 0xFF000000)
+    int phase = -1, rows = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        if (image.pixel(column, y) != 0xFF000000)
             continue;
         ++rows;
         if (phase != -1 && y % 8 != phase)
@@ -64,132 +48,81 @@ protected:
         for (int y = 0; y < 10; ++y)
             for (int x = 0; x < 20; ++x)
                 image.setPixel(x, y, y == 0 ? Green : x < 10 ? Red : Blue);
-        const QString path = folder.path() + "/picture.png";
-        image.save(path);
-        return path;
+        image.save(path("picture.png"));
+        return path("picture.png");
     }
 
-    void drawBackground(LabelCanvas& canvas) { doc.DrawBackground(canvas.graphics, 40, 40, 0); }
+    QImage background(int originY = 100)
+    {
+        LabelCanvas canvas(100, originY);
+        doc.DrawBackground(canvas.graphics, 40, 40, 0);
+        return canvas.image();
+    }
 };
 
-TEST_F(LabelDrawing, LabelPathIsTheDiscWithItsHoleGrownByTheBleed)
+TEST_F(LabelDrawing, LabelPathsOfDiscsCardsAndRectangles)
 {
+    // Disc radius 232.5 and hole radius 35 at 100 units per inch; the bleed of 13 units grows
+    // the disc and shrinks the hole.
     gfx::GraphicsPath withBleed, without;
     doc.BuildLabelPath(100, 100, withBleed, 0, true);
     doc.BuildLabelPath(100, 100, without, 0, false);
-    // Disc radius 232.5 and hole radius 35 at 100 units per inch; the bleed is 13 units.
-    EXPECT_TRUE(without.IsVisible(QPointF(230, 0)));
-    EXPECT_FALSE(without.IsVisible(QPointF(240, 0)));
-    EXPECT_TRUE(withBleed.IsVisible(QPointF(240, 0)));
-    EXPECT_FALSE(withBleed.IsVisible(QPointF(250, 0)));
-    EXPECT_FALSE(without.IsVisible(QPointF(30, 0)));
-    EXPECT_TRUE(withBleed.IsVisible(QPointF(30, 0))); // the hole shrinks by the bleed
-    EXPECT_FALSE(withBleed.IsVisible(QPointF(0, 0)));
-}
+    for (const auto& [x, inside, insideWithBleed] : {std::tuple{230, true, true}, {240, false, true},
+                                                     {250, false, false}, {30, false, true}, {0, false, false}}) {
+        EXPECT_EQ(without.IsVisible(QPointF(x, 0)), inside) << x;
+        EXPECT_EQ(withBleed.IsVisible(QPointF(x, 0)), insideWithBleed) << x;
+    }
 
-TEST_F(LabelDrawing, BusinessCardDiscIsCutByTwoChords)
-{
-    addTemplate("SHEET\nCards\n\n4\n4\n1\n0\n0\n"
-                "BUSDISC\n1\nCard\n2\n2\n3.15\n0.9\n0\n2.4\nENDOBJECT\nEND\n");
+    // A business-card disc is cut by two chords 120 units from the centre.
+    addTemplate("SHEET\nCards\n\n4\n4\n1\n0\n0\nBUSDISC\n1\nCard\n2\n2\n3.15\n0.9\n0\n2.4\nENDOBJECT\nEND\n");
     useTemplate(1);
-    gfx::GraphicsPath path;
-    doc.BuildLabelPath(100, 100, path, 0, false);
-    EXPECT_TRUE(path.IsVisible(QPointF(150, 0)));  // the round sides stay
-    EXPECT_TRUE(path.IsVisible(QPointF(0, 115)));  // inside the chords, 120 from the centre
-    EXPECT_FALSE(path.IsVisible(QPointF(0, 125))); // beyond the chord, inside the circle
-    EXPECT_FALSE(path.IsVisible(QPointF(0, -125)));
-}
+    gfx::GraphicsPath card;
+    doc.BuildLabelPath(100, 100, card, 0, false);
+    EXPECT_TRUE(card.IsVisible(QPointF(150, 0)));
+    EXPECT_TRUE(card.IsVisible(QPointF(0, 115)));
+    EXPECT_FALSE(card.IsVisible(QPointF(0, 125)));
+    EXPECT_FALSE(card.IsVisible(QPointF(0, -125)));
 
-TEST_F(LabelDrawing, RectangleAreaIsItsRectangleWithoutAHole)
-{
+    // A rectangle has no hole.
     addTemplate("SHEET\nCard\n\n4\n4\n1\n0\n0\nRECT\n1\nCard\n2\n2\n3\n1\n0\nENDOBJECT\nEND\n");
-    useTemplate(1);
-    gfx::GraphicsPath path;
-    doc.BuildLabelPath(100, 100, path, 0, false);
-    EXPECT_EQ(path.GetBounds(), QRectF(-150, -50, 300, 100));
-    EXPECT_TRUE(path.IsVisible(QPointF(0, 0)));
+    useTemplate(2);
+    gfx::GraphicsPath rect;
+    doc.BuildLabelPath(100, 100, rect, 0, false);
+    EXPECT_EQ(rect.GetBounds(), QRectF(-150, -50, 300, 100));
+    EXPECT_TRUE(rect.IsVisible(QPointF(0, 0)));
 }
 
-TEST_F(LabelDrawing, SolidAndMissingPictureBackgrounds)
+TEST_F(LabelDrawing, SolidMissingAndPlacedPictureBackgrounds)
 {
     doc.SetBackColor(gfx::RGB(0, 0, 255));
-    LabelCanvas solid;
-    drawBackground(solid);
-    EXPECT_EQ(pixel(solid.bitmap, 0, 0), Blue);
-    EXPECT_EQ(pixel(solid.bitmap, 199, 199), Blue);
+    expectPixels(background(), {{0, 0, Blue}, {199, 199, Blue}});
 
     // A picture that does not load leaves the white ground and reports nothing.
-    doc.SetImageFile(folder.path() + "/missing.png");
-    LabelCanvas missing;
-    drawBackground(missing);
-    EXPECT_EQ(pixel(missing.bitmap, 100, 100), WhitePixel);
-    folder.write("garbage.png", QByteArray(5000, '\x7f'));
-    doc.SetImageFile(folder.path() + "/garbage.png");
-    LabelCanvas garbage;
-    drawBackground(garbage);
-    EXPECT_EQ(pixel(garbage.bitmap, 100, 100), WhitePixel);
-}
+    doc.SetImageFile(path("missing.png"));
+    expectPixels(background(), {{100, 100, White}});
+    doc.SetImageFile(folder.write("garbage.png", QByteArray(5000, '\x7f')));
+    expectPixels(background(), {{100, 100, White}});
+    EXPECT_TRUE(messages.empty());
 
-TEST_F(LabelDrawing, PictureModesPlaceThePictureUprightAroundTheOffset)
-{
     doc.SetImageFile(writePicture());
-
     doc.SetWrapMode(4);
-    doc.SetFitMode(0); // Center: pixel for unit, centred
-    LabelCanvas center;
-    drawBackground(center);
-    EXPECT_EQ(pixel(center.bitmap, 95, 100), Red);
-    EXPECT_EQ(pixel(center.bitmap, 105, 100), Blue);
-    EXPECT_EQ(pixel(center.bitmap, 95, 95), Green); // the picture's top row is on top
-    EXPECT_EQ(pixel(center.bitmap, 80, 100), WhitePixel);
-    EXPECT_EQ(pixel(center.bitmap, 100, 110), WhitePixel);
-
+    doc.SetFitMode(0); // Center: pixel for unit, upright, centred
+    expectPixels(background(), {{95, 100, Red}, {105, 100, Blue}, {95, 95, Green}, {80, 100, White}, {100, 110, White}});
     doc.SetBackgroundAdjust(30, 20, 1.0); // the offset moves the picture left and up
-    LabelCanvas moved;
-    drawBackground(moved);
-    EXPECT_EQ(pixel(moved.bitmap, 65, 80), Red);
-    EXPECT_EQ(pixel(moved.bitmap, 75, 80), Blue);
-    EXPECT_EQ(pixel(moved.bitmap, 95, 100), WhitePixel);
-
+    expectPixels(background(), {{65, 80, Red}, {75, 80, Blue}, {95, 100, White}});
     doc.SetBackgroundAdjust(0, 0, 1.0);
     doc.SetFitMode(2); // Stretch to the label with its bleed: 186 + 2 x 5.2 units
-    LabelCanvas stretch;
-    drawBackground(stretch);
-    EXPECT_EQ(pixel(stretch.bitmap, 1, 100), WhitePixel);
-    EXPECT_EQ(pixel(stretch.bitmap, 15, 100), Red);
-    EXPECT_EQ(pixel(stretch.bitmap, 185, 100), Blue);
-    EXPECT_EQ(pixel(stretch.bitmap, 198, 100), WhitePixel);
-
+    expectPixels(background(), {{1, 100, White}, {15, 100, Red}, {185, 100, Blue}, {198, 100, White}});
     doc.SetFitMode(1); // Fit covers the target with the proportions kept: 393 by 196
-    LabelCanvas fit;
-    drawBackground(fit);
-    EXPECT_EQ(pixel(fit.bitmap, 1, 100), Red);
-    EXPECT_EQ(pixel(fit.bitmap, 198, 100), Blue);
-    EXPECT_EQ(pixel(fit.bitmap, 1, 1), WhitePixel);
-}
+    expectPixels(background(), {{1, 100, Red}, {198, 100, Blue}, {1, 1, White}});
 
-TEST_F(LabelDrawing, TiledPicturesRepeatAndFlip)
-{
-    doc.SetImageFile(writePicture());
+    // Tiles repeat from the origin, flipped every other one.
     doc.SetWrapMode(0);
-    LabelCanvas tile;
-    drawBackground(tile);
-    EXPECT_EQ(pixel(tile.bitmap, 115, 100), Red); // the next tile starts again with red
-    EXPECT_EQ(pixel(tile.bitmap, 125, 100), Blue);
-
+    expectPixels(background(), {{115, 100, Red}, {125, 100, Blue}});
     doc.SetWrapMode(1);
-    LabelCanvas flipX;
-    drawBackground(flipX);
-    EXPECT_EQ(pixel(flipX.bitmap, 95, 100), Red); // the tile at the origin is not flipped
-    EXPECT_EQ(pixel(flipX.bitmap, 115, 100), Blue);
-    EXPECT_EQ(pixel(flipX.bitmap, 125, 100), Red);
-
+    expectPixels(background(), {{95, 100, Red}, {115, 100, Blue}, {125, 100, Red}});
     doc.SetWrapMode(2);
-    LabelCanvas flipY;
-    drawBackground(flipY);
-    EXPECT_EQ(pixel(flipY.bitmap, 95, 95), Green);
-    EXPECT_EQ(pixel(flipY.bitmap, 95, 94), Green); // mirrored neighbour above shares the row
-    EXPECT_EQ(pixel(flipY.bitmap, 95, 104), Red);
+    expectPixels(background(), {{95, 95, Green}, {95, 94, Green}, {95, 104, Red}});
 }
 
 TEST_F(LabelDrawing, HatchFollowsThePictureOffsetAndTheLabelNotTheScreen)
@@ -197,24 +130,15 @@ TEST_F(LabelDrawing, HatchFollowsThePictureOffsetAndTheLabelNotTheScreen)
     doc.SetHatchStyle(0); // horizontal lines
     doc.SetBackColor(gfx::RGB(0, 0, 0));
     doc.SetBackColor2(gfx::RGB(255, 255, 255));
-    LabelCanvas plain;
-    drawBackground(plain);
-    const int phase = hatchPhase(plain.bitmap, 50);
+    const int phase = hatchPhase(background(), 50);
     ASSERT_NE(phase, -1);
-
     doc.SetBackgroundAdjust(0, 3, 1.0); // the pattern moves up with the offset
-    LabelCanvas offset;
-    drawBackground(offset);
-    EXPECT_EQ(hatchPhase(offset.bitmap, 50), (phase + 8 - 3) % 8);
-
-    // With the offset back at 0, moving the label on the device moves the pattern with it.
-    doc.SetBackgroundAdjust(0, 0, 1.0);
-    LabelCanvas lower(100, 105);
-    drawBackground(lower);
-    EXPECT_EQ(hatchPhase(lower.bitmap, 50), (phase + 5) % 8);
+    EXPECT_EQ(hatchPhase(background(), 50), (phase + 8 - 3) % 8);
+    doc.SetBackgroundAdjust(0, 0, 1.0); // moving the label on the device moves the pattern with it
+    EXPECT_EQ(hatchPhase(background(105), 50), (phase + 5) % 8);
 }
 
-TEST_F(LabelDrawing, ViewShowsPerforationsAndTheGridOverTheLabel)
+TEST_F(LabelDrawing, ViewShowsMaskPerforationsAndTheGridOverTheLabel)
 {
     // A perforation straight down the middle of the disc, given from the area's top-left corner.
     templates.clear();
@@ -222,41 +146,145 @@ TEST_F(LabelDrawing, ViewShowsPerforationsAndTheGridOverTheLabel)
                 "DISC\n1\nDisc\n3\n3\n4.65\n0.7\nPERF\n0\n2.325\n0\n2.325\n4.65\nENDPERF\nENDOBJECT\nEND\n");
     useTemplate(0);
     RecordingView view;
-    auto darkness = [](const gfx::Bitmap& bitmap, int x, int y) { return 255 - qGreen(bitmap.image().pixel(x, y)); };
+    auto darkness = [](const QImage& image, int x, int y) { return 255 - qGreen(image.pixel(x, y)); };
 
     LabelCanvas plain;
     doc.DrawLabel(plain.graphics, 40, 40, &view, 0, true);
+    // Grey outside the label and in the hole, white on it.
+    EXPECT_NEAR(plain.image().pixelColor(2, 2).red(), 159, 2);
+    EXPECT_EQ(plain.image().pixelColor(2, 2).red(), plain.image().pixelColor(2, 2).blue());
+    EXPECT_NEAR(plain.image().pixelColor(106, 100).red(), 159, 2);
+    EXPECT_EQ(plain.image().pixel(160, 100), 0xFFFFFFFF);
     int dark = 0, light = 0;
-    for (int y = 10; y < 80; ++y) // the ring above the hole
-        (std::max(darkness(plain.bitmap, 99, y), darkness(plain.bitmap, 100, y)) > 100 ? dark : light)++;
+    for (int y = 10; y < 80; ++y) // the ring above the hole: dashed, not solid
+        (std::max(darkness(plain.image(), 99, y), darkness(plain.image(), 100, y)) > 100 ? dark : light)++;
     EXPECT_GT(dark, 20);
-    EXPECT_GT(light, 10); // dashed, not solid
-    EXPECT_EQ(darkness(plain.bitmap, 130, 40), 0);
+    EXPECT_GT(light, 10);
+    EXPECT_EQ(darkness(plain.image(), 130, 40), 0);
 
     // The grid in inches: a heavy line every half inch (20 units here), a light one every tenth.
     doc.m_bShowGrid = true;
     LabelCanvas grid;
     doc.DrawLabel(grid.graphics, 40, 40, &view, 0, true);
-    auto lineAt = [&](int x) { return std::max(darkness(grid.bitmap, x - 1, 62), darkness(grid.bitmap, x, 62)); }; // between horizontal lines
+    auto lineAt = [&](int x) { return std::max(darkness(grid.image(), x - 1, 62), darkness(grid.image(), x, 62)); };
     EXPECT_GT(lineAt(120), lineAt(124)); // half inch: heavy and light together
     EXPECT_GT(lineAt(124), lineAt(122)); // a tenth: light only; between lines: nothing
     EXPECT_EQ(lineAt(122), 0);
-    // Without a view there is neither grid nor perforation.
+    // Printing passes no view: no mask, grid or perforation.
     LabelCanvas print;
     doc.DrawLabel(print.graphics, 40, 40, nullptr, 0, true);
-    EXPECT_EQ(darkness(print.bitmap, 120, 60), 0);
-    EXPECT_EQ(darkness(print.bitmap, 100, 40), 0);
+    expectPixels(print.image(), {{2, 2, White}, {120, 60, White}, {100, 40, White}});
+
+    // The grid of an absurdly large label is left out rather than drawn for ever.
+    addTemplate(DiscPrinter);
+    useTemplate(1);
+    Profile::WriteInt(QString(), QStringLiteral("OuterDia"), 2000000000); // two million inches
+    doc.DrawLabel(plain.graphics, 300, 300, &view, 0, true);
 }
 
-TEST_F(LabelDrawing, GridOfAnAbsurdlyLargeLabelIsLeftOut)
+using Rendering = DocumentFixture;
+
+TEST_F(Rendering, SheetAreasAreClippedToTheirOutlineWithBleed)
 {
-    templates.clear();
+    addTemplate("SHEET\nTwo Discs and a Card\n\n8\n6\n2\n0\n0\n"
+                "DISC\n1\nLeft\n2\n3\n3\n1\nENDOBJECT\n"
+                "DISC\n1\nRight\n6\n3\n3\n1\nENDOBJECT\nEND\n");
+    useTemplate(0);
+    doc.SetCurLabel(0);
+    doc.SetBackColor(gfx::RGB(255, 0, 0));
+
+    const auto sheet = doc.RenderBitmap(100, 100, true, false);
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_EQ(sheet->image().size(), QSize(800, 600));
+    // Both areas print label 1: radius 150 plus 13 of bleed, hole 50 minus 13.
+    for (const int x : {200, 600})
+        expectPixels(sheet->image(), {{x + 100, 300, Red}, {x + 160, 300, Red}, {x + 40, 300, Red},
+                                      {x, 300, Transparent}, {x, 300 - 168, Transparent}});
+    expectPixels(sheet->image(), {{400, 300, Transparent}});
+
+    // An area that is not selected does not print; fillWhite grounds the sheet.
+    templates[0].Objects[1].Selected = 0;
+    expectPixels(doc.RenderBitmap(100, 100, true, true)->image(), {{300, 300, Red}, {700, 300, White}});
+}
+
+TEST_F(Rendering, RotatedRectangleAreaAndPrinterTemplates)
+{
+    addTemplate("SHEET\nSpine\n\n6\n6\n2\n0\n0\n"
+                "DISC\n1\nDisc\n1.5\n1.5\n2.5\n0.5\nENDOBJECT\n"
+                "RECT\n2\nSpine\n4.5\n3\n3\n0.5\n90\nENDOBJECT\nEND\n");
     addTemplate(DiscPrinter);
     useTemplate(0);
-    Profile::WriteInt(QString(), QStringLiteral("OuterDia"), 2000000000); // two million inches
-    doc.m_bShowGrid = true;
-    RecordingView view;
-    LabelCanvas canvas;
-    doc.DrawLabel(canvas.graphics, 300, 300, &view, 0, true); // returns, and soon
-    SUCCEED();
+    doc.SetCurLabel(1);
+    doc.SetBackColor(gfx::RGB(0, 0, 255));
+    // The spine stands upright after its quarter turn: 50 by 300, plus 13 of bleed around; the
+    // disc shows label 1, still white.
+    expectPixels(doc.RenderBitmap(100, 100, true, false)->image(),
+                 {{450, 460, Blue}, {485, 300, Blue}, {491, 300, Transparent}, {450, 466, Transparent},
+                  {230, 150, White}});
+
+    // A printer template prints only the area closest to the typed sizes, with those sizes, no
+    // bleed, centred on the area: here the business-card disc, cut off by its chord.
+    useTemplate(1);
+    doc.SetOuterDia(3.15, false);
+    doc.SetInnerDia(0.9, false);
+    doc.SetBusDia(2.4, false);
+    doc.SetCurLabel(0);
+    doc.SetBackColor(gfx::RGB(255, 0, 0));
+    expectPixels(doc.RenderBitmap(100, 100, true, false)->image(),
+                 {{386, 236, Red}, {396, 236, Transparent}, {236, 111, Transparent}, {236, 121, Red}});
+}
+
+class PrintedColour : public DocumentFixture {
+protected:
+    void SetUp() override
+    {
+        DocumentFixture::SetUp();
+        addTemplate("SHEET\nSquare\n\n1\n1\n1\n0\n0\nRECT\n1\nAll\n0.5\n0.5\n1\n1\n0\nENDOBJECT\nEND\n");
+        useTemplate(0);
+    }
+
+    // Prints the sheet on a 300-dpi page the way the print mapping sets it up.
+    QImage printed(bool imageOnly = false)
+    {
+        QImage page(300, 300, QImage::Format_ARGB32_Premultiplied);
+        page.fill(imageOnly ? Qt::black : Qt::white);
+        QPainter painter(&page);
+        gfx::DeviceContext dc(painter, 300, 300, true);
+        dc.SetWindowExt(300, -300);
+        dc.SetViewportExt(300, 300);
+        doc.Draw(dc, nullptr, true, imageOnly);
+        painter.end();
+        return page;
+    }
+    QColor printedCentre() { return printed().pixelColor(150, 150); }
+};
+
+TEST_F(PrintedColour, SaturationAndGammaOfThePrinterApply)
+{
+    doc.SetBackColor(gfx::RGB(255, 0, 0));
+    EXPECT_EQ(printedCentre(), QColor(255, 0, 0)); // 1.0 and 1.0: untouched
+
+    Profile::WriteString(QString(), QStringLiteral("Saturation"), QStringLiteral("0"));
+    const QColor grey = printedCentre();
+    EXPECT_EQ(grey.red(), grey.green());
+    EXPECT_EQ(grey.green(), grey.blue());
+    EXPECT_NEAR(grey.red(), 79, 1); // 0.3086 of full red
+
+    Profile::WriteString(QString(), QStringLiteral("Saturation"), QStringLiteral("1.0"));
+    Profile::WriteString(QString(), QStringLiteral("Gamma"), QStringLiteral("2.0"));
+    doc.SetBackColor(gfx::RGB(128, 128, 128));
+    EXPECT_NEAR(printedCentre().red(), 64, 1); // above 1 darkens
+}
+
+TEST_F(PrintedColour, ImageOnlyPrintsThePictureCentredOnThePaper)
+{
+    QImage picture(100, 60, QImage::Format_ARGB32);
+    picture.fill(Qt::blue);
+    picture.save(path("p.png"));
+    doc.SetImageFile(path("p.png"));
+    // 100 by 60 around the middle of the page, nothing beyond.
+    const QImage page = printed(true);
+    for (const auto& [x, y, inside] : {std::tuple{150, 150, true}, {150, 110, false}, {150, 175, true},
+                                       {90, 150, false}, {105, 150, true}})
+        EXPECT_EQ(page.pixelColor(x, y) == QColor(Qt::blue), inside) << x << ", " << y;
 }

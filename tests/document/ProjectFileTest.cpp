@@ -3,14 +3,9 @@
 
 #include "fields/DataFields.h"
 #include "objects/CDrawPoly.h"
-#include "objects/CDrawText.h"
 #include "objects/CDrawRect.h"
-#include "platform/MessageBox.h"
-#include "platform/graphics/Graphics.h"
-#include "platform/graphics/Image.h"
+#include "objects/CDrawText.h"
 
-#include <QDir>
-#include <QFile>
 #include <sys/resource.h>
 #include <climits>
 #include <csignal>
@@ -19,33 +14,8 @@
 
 namespace {
 
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-// A document and the program-wide fields as a fresh program has them, with every message and
-// question recorded and answered as the test says.
 class ProjectFile : public DocumentFixture {
 protected:
-    void SetUp() override
-    {
-        DocumentFixture::SetUp();
-        g_dataFields.clear();
-        m_folderBefore = QDir::currentPath();
-        MessageBox::SetPresenter([this](const QString& text, int style) {
-            messages.push_back(text);
-            return (style & 0xF) == MessageBox::YesNo ? answer : int(MessageBox::IdOk);
-        });
-    }
-    void TearDown() override
-    {
-        MessageBox::SetPresenter(nullptr);
-        QDir::setCurrent(m_folderBefore);
-        g_dataFields.clear();
-    }
-
     // Every kind of object on the first two labels, every background field off its start value,
     // and one field of each counting kind.
     void fillDocument(CDrawDoc& target)
@@ -54,18 +24,9 @@ protected:
         target.SetOuterDia(4.65, false);
         target.SetInnerDia(0.86, false);
         target.SetBusDia(2.4, false);
-        for (int label = 0; label < CDrawDoc::LabelCount; ++label) {
-            LabelBackground& b = target.Background(label);
-            b.BackColor = 0x123456 + label;
-            b.BackColor2 = 0xABCDEF;
-            b.HatchStyle = 5 + label;
-            b.ImageFile = QStringLiteral("Backgrounds/Ström %1.jpg").arg(label);
-            b.OffsetX = -12;
-            b.OffsetY = 34;
-            b.WrapMode = 2;
-            b.FitMode = 0;
-            b.Scale = 1.25;
-        }
+        for (int label = 0; label < CDrawDoc::LabelCount; ++label)
+            target.Background(label) = {0x123456u + unsigned(label), 0xABCDEF, 5 + label,
+                                        QStringLiteral("Backgrounds/Ström %1.jpg").arg(label), -12, 34, 2, 0, 1.25};
         target.SetCurLabel(0);
         auto rect = std::make_unique<CDrawRect>(CRect(-300, 200, 300, -200));
         rect->m_shape = CDrawRect::Arc | CDrawRect::AspectLock;
@@ -99,17 +60,18 @@ protected:
         target.Add(std::move(text));
         target.SetCurLabel(0);
 
-        DATAFIELD disc;
+        g_dataFields.assign(3, DATAFIELD{});
+        DATAFIELD& disc = g_dataFields[0];
         disc.Tag = QStringLiteral("/*TAG1*/");
         disc.Type = DATAFIELD::Disc;
         disc.DiscNumber = 3;
         disc.DiscTotal = 10;
-        DATAFIELD serial;
+        DATAFIELD& serial = g_dataFields[1];
         serial.Tag = QStringLiteral("/*TAG2*/");
         serial.Type = DATAFIELD::SerialNumber;
         serial.Serial = 0xFFFFFFFF;
         serial.SerialIncrement = 7;
-        DATAFIELD file;
+        DATAFIELD& file = g_dataFields[2];
         file.Tag = QStringLiteral("/*TAG3*/");
         file.Type = DATAFIELD::DataFile;
         file.FileName = QStringLiteral("names.csv");
@@ -117,17 +79,14 @@ protected:
         file.FileIndex = 41;
         file.FileIncrement = 2;
         file.Hours24 = 1;
-        g_dataFields = {disc, serial, file};
     }
-
-    QString path(const QString& name) const { return QDir(folder.path()).filePath(name); }
-
-    std::vector<QString> messages;
-    int answer = MessageBox::IdNo;
-
-private:
-    QString m_folderBefore;
 };
+
+// A background record with the given picture.
+void background(ArchiveBytes& b, const QByteArray& image = {})
+{
+    b.i32(-1).u32(0x00FF00).u32(0).str8(image).i32(5).i32(-5).f64(0.5).i32(4).u8(2);
+}
 
 // A file of an older format as another writer leaves it: 8-bit strings throughout, a rectangle
 // with a picture on label 0, a triangle on label 1, a text without tracking and leading on
@@ -139,15 +98,12 @@ QByteArray olderProject(const QByteArray& fileId, bool withTemplateIndex, bool w
     if (withTemplateIndex)
         b.i32(3);
     b.f64(4.72).f64(1.45).f64(4.72);
-    auto background = [&b](const QByteArray& image) {
-        b.i32(-1).u32(0x00FF00).u32(0).str8(image).i32(5).i32(-5).f64(0.5).i32(4).u8(2);
-    };
-    background("C:\\Bilder\\caf\xe9.jpg");
+    background(b, "C:\\Bilder\\caf\xe9.jpg");
     b.u16(1).newClass("CDrawRect").rectRecord(-100, 50, 100, -50, 0x100, "Bl\xfc" "te.png");
-    background("");
+    background(b);
     b.u16(1).newClass("CDrawPoly").objectRecord(0, 40, 40, 0).u16(3).u16(10).u8(0);
     b.i32(0).i32(0).i32(20).i32(20).i32(40).i32(0);
-    background("");
+    background(b);
     b.u16(withText ? 1 : 0);
     if (withText) {
         b.newClass("CDrawText").objectRecord(-50, 20, 50, -20);
@@ -174,66 +130,36 @@ TEST_F(ProjectFile, WrittenReadAndWrittenAgainIsTheSameToTheByte)
     EXPECT_FALSE(doc.IsModified());
     EXPECT_EQ(doc.GetPathName(), first);
     const QByteArray bytes = readFile(first);
-    QByteArray header = QByteArray::fromHex("FFFEFF0E");
-    for (char c : QByteArray("Tessarelle_1.7"))
-        header.append(c).append('\0');
-    EXPECT_EQ(bytes.left(header.size()), header);
+    const std::vector<DATAFIELD> fields = g_dataFields;
+    EXPECT_EQ(bytes.left(32), ArchiveBytes().str16(QStringLiteral("Tessarelle_1.7")).data);
 
     g_dataFields.clear(); // as a program that starts with this project
     CDrawDoc second;
     ASSERT_TRUE(second.OnOpenDocument(first));
     EXPECT_TRUE(messages.empty());
-    EXPECT_EQ(second.m_strFileId, CDrawDoc::FileId17);
-    EXPECT_EQ(second.m_nTemplate, 2);
-    EXPECT_EQ(second.StoredInnerDia(), 0.86);
-    EXPECT_EQ(second.GetBackground(2).ImageFile, QStringLiteral("Backgrounds/Ström 2.jpg"));
-    EXPECT_EQ(second.GetBackground(1).Scale, 1.25);
-    ASSERT_EQ(second.GetObjects(0).GetCount(), 2);
+    EXPECT_EQ(std::tuple(second.m_strFileId, second.m_nTemplate, second.StoredInnerDia()),
+              std::tuple(CDrawDoc::FileId17, 2, 0.86));
     ASSERT_EQ(second.GetObjects(1).GetCount(), 2);
-    EXPECT_EQ(second.GetObjects(2).GetCount(), 0);
-    for (int label = 0; label < 2; ++label) {
-        for (const auto& object : second.GetObjects(label))
-            EXPECT_EQ(object->m_pDocument, &second);
-    }
-    const auto& arc = dynamic_cast<const CDrawRect&>(*second.GetObjects(0).GetAt(0));
-    EXPECT_EQ(arc.m_startAngle, 33.5f);
-    EXPECT_EQ(arc.m_lineColor2, gfx::Color(0x7F, 1, 2, 3));
-    const auto& poly = dynamic_cast<const CDrawPoly&>(*second.GetObjects(1).GetAt(0));
-    EXPECT_EQ(poly.GetPoints(), dynamic_cast<const CDrawPoly&>(*doc.GetObjects(1).GetAt(0)).GetPoints());
-    const auto& text = dynamic_cast<const CDrawText&>(*second.GetObjects(1).GetAt(1));
+    for (const auto& object : second.GetObjects(1))
+        EXPECT_EQ(object->m_pDocument, &second);
+    auto& text = dynamic_cast<CDrawText&>(*second.GetObjects(1).GetAt(1));
     EXPECT_EQ(text.m_text, QStringLiteral("Mix Nr. 7\r\nSommer /*TAG1*/")) << "tags are kept unexpanded";
-    EXPECT_EQ(text.m_angle, 135.5f);
-    EXPECT_EQ(text.m_fontStyle, 3);
-    EXPECT_EQ(text.m_justify, 2);
-    EXPECT_EQ(text.m_shadowBlur, 200);
-    EXPECT_EQ(text.m_tracking, -12);
-    EXPECT_EQ(text.m_leading, 30);
-    EXPECT_EQ(text.m_aux2, QStringLiteral("kept"));
-    EXPECT_FALSE(text.m_textPath.IsEmpty()) << "a text read is laid out";
+    EXPECT_EQ(std::tuple(text.m_angle, text.m_fontStyle, text.m_justify, text.m_shadowBlur, text.m_tracking,
+                         text.m_leading, text.m_aux2),
+              std::tuple(135.5f, 3, 2, 200, -12, 30, QStringLiteral("kept")));
     ASSERT_EQ(g_dataFields.size(), 3u);
     EXPECT_EQ(g_dataFields[1].Serial, 0xFFFFFFFFu);
-    EXPECT_EQ(g_dataFields[2].FileName, QStringLiteral("names.csv"));
+    // Opening laid the text out with the fields, which the file holds after the objects: the
+    // glyphs are those of the disc number, not of the bare tag.
+    const int opened = text.m_textPath.GetPointCount();
+    EXPECT_GT(opened, 0);
+    g_dataFields.clear();
+    text.Layout();
+    EXPECT_NE(text.m_textPath.GetPointCount(), opened);
 
-    const QString again = path("again.dst");
-    ASSERT_TRUE(second.OnSaveDocument(again));
-    EXPECT_EQ(readFile(again), bytes);
-}
-
-TEST_F(ProjectFile, AnEmptyProjectHoldsThreeBackgroundsAndThreeEmptyLists)
-{
-    const QString file = path("empty.dst");
-    ASSERT_TRUE(doc.OnSaveDocument(file));
-    const QByteArray bytes = readFile(file);
-    // Header 32, template index 4, diameters 24, three backgrounds of 37, three counts of 2, no fields.
-    EXPECT_EQ(bytes.size(), 32 + 4 + 24 + 3 * 37 + 3 * 2 + 4);
-    EXPECT_EQ(bytes.mid(32, 12).toHex(), "ffffffff000000000000f0bf");
-    EXPECT_EQ(bytes.right(4).toHex(), "00000000");
-
-    doc.m_nTemplate = 0;
-    doc.SetOuterDia(4.0, false);
-    ASSERT_TRUE(doc.OnOpenDocument(file));
-    EXPECT_EQ(doc.m_nTemplate, -1);
-    EXPECT_EQ(doc.StoredOuterDia(), -1.0) << "read as it stands, so the getter asks the profile";
+    g_dataFields = fields;
+    ASSERT_TRUE(second.OnSaveDocument(path("again.dst")));
+    EXPECT_EQ(readFile(path("again.dst")), bytes);
 }
 
 TEST_F(ProjectFile, OlderFormatsWithEightBitStringsLoadAndAreSavedAsTheLatest)
@@ -241,10 +167,9 @@ TEST_F(ProjectFile, OlderFormatsWithEightBitStringsLoadAndAreSavedAsTheLatest)
     for (const bool is15 : {true, false}) {
         SCOPED_TRACE(is15 ? "1.5" : "1.6");
         g_dataFields.clear();
-        const QString file =
-            folder.write(QStringLiteral("old.dst"), olderProject(is15 ? "Tessarelle_1.5" : "Tessarelle_1.6", !is15));
         doc.m_nTemplate = 7;
-        ASSERT_TRUE(doc.OnOpenDocument(file));
+        ASSERT_TRUE(doc.OnOpenDocument(
+            folder.write("old.dst", olderProject(is15 ? "Tessarelle_1.5" : "Tessarelle_1.6", !is15))));
         EXPECT_TRUE(messages.empty());
         EXPECT_EQ(doc.m_nTemplate, is15 ? 7 : 3) << "1.5 has no template index: the old value stays";
         EXPECT_EQ(doc.StoredBusDia(), 4.72);
@@ -252,28 +177,18 @@ TEST_F(ProjectFile, OlderFormatsWithEightBitStringsLoadAndAreSavedAsTheLatest)
         EXPECT_EQ(doc.GetBackground(0).FitMode, 2);
         ASSERT_EQ(doc.GetObjects(0).GetCount(), 1);
         const auto& rect = dynamic_cast<const CDrawRect&>(*doc.GetObjects(0).GetAt(0));
-        EXPECT_EQ(rect.m_pictureFile, QStringLiteral("Blüte.png"));
-        EXPECT_EQ(rect.m_shape, 0x100);
+        EXPECT_EQ(std::tuple(rect.m_pictureFile, rect.m_shape), std::tuple(QStringLiteral("Blüte.png"), 0x100));
         ASSERT_EQ(doc.GetObjects(1).GetCount(), 1);
         EXPECT_EQ(dynamic_cast<const CDrawPoly&>(*doc.GetObjects(1).GetAt(0)).GetPointCount(), 3);
         ASSERT_EQ(doc.GetObjects(2).GetCount(), 1);
         const auto& text = dynamic_cast<const CDrawText&>(*doc.GetObjects(2).GetAt(0));
-        EXPECT_EQ(text.m_text, QStringLiteral("Grüße"));
-        EXPECT_EQ(text.m_tracking, 0);
-        EXPECT_EQ(text.m_leading, 0);
+        EXPECT_EQ(std::tuple(text.m_text, text.m_tracking, text.m_leading), std::tuple(QStringLiteral("Grüße"), 0, 0));
         ASSERT_EQ(g_dataFields.size(), 1u);
         EXPECT_EQ(g_dataFields[0].Tag, QStringLiteral("/*TAG1*/"));
         EXPECT_EQ(g_dataFields[0].Serial, 0x11u) << "the high word is ORed into the low one";
 
-        const QString resaved = path("resaved.dst");
-        ASSERT_TRUE(doc.OnSaveDocument(resaved));
-        g_dataFields.clear();
-        CDrawDoc reread;
-        ASSERT_TRUE(reread.OnOpenDocument(resaved));
-        EXPECT_EQ(reread.m_strFileId, CDrawDoc::FileId17);
-        EXPECT_EQ(reread.GetBackground(0).ImageFile, QStringLiteral("C:\\Bilder\\café.jpg"));
-        EXPECT_EQ(dynamic_cast<const CDrawRect&>(*reread.GetObjects(0).GetAt(0)).m_pictureFile,
-                  QStringLiteral("Blüte.png"));
+        ASSERT_TRUE(doc.OnSaveDocument(path("resaved.dst")));
+        EXPECT_TRUE(readFile(path("resaved.dst")).startsWith(ArchiveBytes().str16(QStringLiteral("Tessarelle_1.7")).data));
     }
 }
 
@@ -281,9 +196,7 @@ TEST_F(ProjectFile, HeadersDecideTheVersionAndWhetherToAsk)
 {
     // Everything after the 1-byte header; without the text, whose length differs by version.
     const QByteArray body = olderProject("X", true, false).mid(2);
-    auto withHeader = [&](const QByteArray& id) {
-        return folder.write(QStringLiteral("h.dst"), ArchiveBytes().str8(id).raw(body).data);
-    };
+    auto withHeader = [&](const QByteArray& id) { return folder.write("h.dst", ArchiveBytes().str8(id).raw(body).data); };
 
     // Any number behind the right prefix reads as the latest version, without a question.
     ASSERT_TRUE(doc.OnOpenDocument(withHeader("Tessarelle_9.9")));
@@ -294,9 +207,8 @@ TEST_F(ProjectFile, HeadersDecideTheVersionAndWhetherToAsk)
     // Another prefix asks; No leaves the document empty and the open succeeds.
     answer = MessageBox::IdNo;
     ASSERT_TRUE(doc.OnOpenDocument(withHeader("Sendrill_1.7")));
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0], QStringLiteral("This file does not appear to be a Tessarelle compatible file!\r\n"
-                                          "Try to load anyway?"));
+    EXPECT_EQ(messages, std::vector<QString>{QStringLiteral(
+                            "This file does not appear to be a Tessarelle compatible file!\r\nTry to load anyway?")});
     EXPECT_EQ(doc.m_strFileId, QStringLiteral("Sendrill_1.7"));
     EXPECT_EQ(doc.GetObjects(0).GetCount(), 0);
     EXPECT_FALSE(doc.IsModified());
@@ -313,18 +225,15 @@ TEST_F(ProjectFile, EveryOpenAppendsItsFieldsAndSerialsComeBackAsTheOrOfTheirHal
 {
     fillDocument(doc);
     g_dataFields[1].Serial = 0x100000001;
-    const QString file = path("fields.dst");
-    ASSERT_TRUE(doc.OnSaveDocument(file));
+    ASSERT_TRUE(doc.OnSaveDocument(path("fields.dst")));
     g_dataFields.resize(1);
-    ASSERT_TRUE(doc.OnOpenDocument(file));
-    ASSERT_TRUE(doc.OnOpenDocument(file));
+    ASSERT_TRUE(doc.OnOpenDocument(path("fields.dst")));
+    ASSERT_TRUE(doc.OnOpenDocument(path("fields.dst")));
     ASSERT_EQ(g_dataFields.size(), 7u);
-    EXPECT_EQ(g_dataFields[2].Serial, 1u);
-    EXPECT_EQ(g_dataFields[2].SerialIncrement, 7u);
-    EXPECT_EQ(g_dataFields[6].Tag, QStringLiteral("/*TAG3*/"));
-    EXPECT_EQ(g_dataFields[6].Delimiter, int(DATAFIELD::SemiColon));
-    EXPECT_EQ(g_dataFields[6].FileIndex, 41u);
-    EXPECT_EQ(g_dataFields[6].Hours24, 1);
+    EXPECT_EQ(std::tuple(g_dataFields[2].Serial, g_dataFields[2].SerialIncrement), std::tuple(1u, 7u));
+    const DATAFIELD& last = g_dataFields[6];
+    EXPECT_EQ(std::tuple(last.Tag, last.Delimiter, last.FileIndex, last.FileIncrement, last.Hours24),
+              std::tuple(QStringLiteral("/*TAG3*/"), int(DATAFIELD::SemiColon), 41u, 2u, 1));
 }
 
 TEST_F(ProjectFile, OpeningClearsFirstThenTakesTheFolderAndThePath)
@@ -337,21 +246,16 @@ TEST_F(ProjectFile, OpeningClearsFirstThenTakesTheFolderAndThePath)
 
     doc.SetModifiedFlag(true);
     ASSERT_TRUE(doc.OnOpenDocument(file));
-    EXPECT_EQ(doc.m_strFolder, sub);
+    EXPECT_EQ(std::tuple(doc.m_strFolder, doc.GetPathName(), doc.IsModified()), std::tuple(sub, file, false));
     EXPECT_EQ(QDir::currentPath(), QFileInfo(sub).canonicalFilePath());
-    EXPECT_FALSE(doc.IsModified());
-    EXPECT_EQ(doc.GetPathName(), file);
     EXPECT_EQ(doc.GetObjects(0).GetCount(), 2) << "cleared before reading, not added to";
 
     // A file that isn't there leaves an empty document, reported, with the folder unchanged.
     EXPECT_FALSE(doc.OnOpenDocument(path("missing.dst")));
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0], CDocument::FailedInvalidPath.arg("missing.dst"));
+    EXPECT_EQ(messages, std::vector<QString>{CDocument::FailedInvalidPath.arg("missing.dst")});
     EXPECT_EQ(doc.GetObjects(0).GetCount(), 0);
     EXPECT_EQ(doc.GetBackground(0).ImageFile, QString());
-    EXPECT_EQ(doc.GetBackground(0).Scale, 1.25) << "the picture's placement stays";
-    EXPECT_EQ(doc.m_strFolder, sub);
-    EXPECT_EQ(doc.GetPathName(), file);
+    EXPECT_EQ(std::tuple(doc.m_strFolder, doc.GetPathName()), std::tuple(sub, file));
 
     // A folder, and a device that would never end, aren't read at all.
     messages.clear();
@@ -373,21 +277,17 @@ TEST_F(ProjectFile, AFileCutAtAnyByteFailsAndKeepsWhatWasRead)
     for (qsizetype size = 0; size < bytes.size(); ++size) {
         g_dataFields.clear();
         doc.ClearLabels();
-        const auto cause = failureOf(bytes.left(size), [this](CArchive& ar) { doc.Serialize(ar); });
-        ASSERT_EQ(cause, CArchiveException::endOfFile) << size;
+        ASSERT_EQ(failureOf(bytes.left(size), [this](CArchive& ar) { doc.Serialize(ar); }), CArchiveException::endOfFile)
+            << size;
         EXPECT_LT(g_dataFields.size(), 3u) << size;
-        if (size > label1Start) {
-            EXPECT_EQ(doc.GetObjects(0).GetCount(), 2) << size;
-        }
+        EXPECT_TRUE(size <= label1Start || doc.GetObjects(0).GetCount() == 2) << size;
     }
     // A few of them through the open step, which reports and keeps what was read.
     for (const qsizetype size : {qsizetype(0), qsizetype(7), label1Start + 1, bytes.size() - 1}) {
         g_dataFields.clear();
         messages.clear();
-        const QString cut = folder.write(QStringLiteral("cut.dst"), bytes.left(size));
-        ASSERT_FALSE(doc.OnOpenDocument(cut)) << size;
-        ASSERT_EQ(messages.size(), 1u) << size;
-        EXPECT_EQ(messages[0], CDocument::FailedInvalidFormat) << size;
+        ASSERT_FALSE(doc.OnOpenDocument(folder.write("cut.dst", bytes.left(size)))) << size;
+        EXPECT_EQ(messages, std::vector<QString>{CDocument::FailedInvalidFormat}) << size;
         EXPECT_TRUE(doc.IsModified()) << size;
         EXPECT_EQ(doc.GetObjects(0).GetCount(), size > label1Start ? 2 : 0) << size;
         EXPECT_EQ(doc.GetPathName(), whole) << "a failed open keeps the old path";
@@ -395,8 +295,9 @@ TEST_F(ProjectFile, AFileCutAtAnyByteFailsAndKeepsWhatWasRead)
     EXPECT_EQ(g_dataFields.size(), 2u) << "the last cut leaves two whole fields of three";
 }
 
-TEST_F(ProjectFile, HostileCountsClassesAndReferencesFailCleanly)
+TEST_F(ProjectFile, HostileCountsAndClassesFailCleanly)
 {
+    // The lists themselves are tested with the archive; here, what the open step makes of them.
     auto project = [](const std::function<void(ArchiveBytes&)>& label0, std::int32_t fieldCount = 0) {
         ArchiveBytes b;
         b.str8("Tessarelle_1.7").i32(0).f64(1).f64(1).f64(1);
@@ -407,38 +308,21 @@ TEST_F(ProjectFile, HostileCountsClassesAndReferencesFailCleanly)
             else
                 b.u16(0);
         }
-        b.i32(fieldCount);
-        return b.data;
+        return b.i32(fieldCount).data;
     };
-    const struct {
-        const char* what;
-        QByteArray bytes;
-    } cases[] = {
-        {"4 billion objects", project([](ArchiveBytes& b) { b.u16(0xFFFF).u32(0xFFFFFFFF).u16(0); })},
-        {"65,535 points", project([](ArchiveBytes& b) {
-             b.u16(1).newClass("CDrawPoly").objectRecord(0, 0, 0, 0).u16(0xFFFF).u16(0xFFFF).u8(0).i32(1).i32(1);
-         })},
-        {"a picture name of 4 GB", project([](ArchiveBytes& b) {
-             b.u16(1).newClass("CDrawRect").i32(0).i32(0).i32(0).i32(0).raw(QByteArray(6 + 16 + 2 + 4 + 4, '\0'));
-             b.u8(0xFF).u16(0xFFFE).u8(0xFF).u16(0xFFFF).u32(0xFFFFFFF0);
-         })},
-        {"two billion fields", project([](ArchiveBytes& b) { b.u16(0); }, 0x7FFFFFFF)},
-        {"unknown class", project([](ArchiveBytes& b) { b.u16(1).newClass("CDrawBitmap"); })},
-        {"object not read yet", project([](ArchiveBytes& b) { b.u16(1).u16(9); })},
-        {"object read before", project([](ArchiveBytes& b) {
-             b.u16(2).newClass("CDrawRect").rectRecord(0, 1, 1, 0, 0).u16(2);
-         })},
+    const QByteArray cases[] = {
+        project([](ArchiveBytes& b) { b.u16(0); }, 0x7FFFFFFF), // two billion fields
+        project([](ArchiveBytes& b) { b.u16(1).newClass("CDrawBitmap"); }),
+        project([](ArchiveBytes& b) { b.u16(2).newClass("CDrawRect").rectRecord(0, 1, 1, 0, 0).u16(2); }),
     };
-    for (const auto& c : cases) {
+    for (const QByteArray& bytes : cases) {
         messages.clear();
         g_dataFields.clear();
-        EXPECT_FALSE(doc.OnOpenDocument(folder.write(QStringLiteral("bad.dst"), c.bytes))) << c.what;
-        ASSERT_EQ(messages.size(), 1u) << c.what;
-        EXPECT_EQ(messages[0], CDocument::FailedInvalidFormat) << c.what;
-        EXPECT_TRUE(g_dataFields.empty()) << c.what;
+        EXPECT_FALSE(doc.OnOpenDocument(folder.write("bad.dst", bytes))) << bytes.toHex().constData();
+        EXPECT_EQ(messages, std::vector<QString>{CDocument::FailedInvalidFormat});
+        EXPECT_TRUE(g_dataFields.empty());
     }
     // Drawn after such a failure, what was read is whole.
-    EXPECT_FALSE(doc.OnOpenDocument(folder.write(QStringLiteral("bad.dst"), cases[6].bytes)));
     ASSERT_EQ(doc.GetObjects(0).GetCount(), 1);
     EXPECT_NE(doc.RenderBitmap(100, 100, true, true), nullptr);
 }
@@ -447,13 +331,11 @@ TEST_F(ProjectFile, AFailedSaveReportsAndLeavesTheOldFile)
 {
     fillDocument(doc);
     EXPECT_FALSE(doc.OnSaveDocument(path("no/such/folder/x.dst")));
-    ASSERT_EQ(messages.size(), 1u);
-    EXPECT_EQ(messages[0], CDocument::FailedInvalidPath.arg("x.dst"));
+    EXPECT_EQ(messages, std::vector<QString>{CDocument::FailedInvalidPath.arg("x.dst")});
 
     // The old project is small; the new one is larger than the file size limit allows.
     const QString file = path("keep.dst");
-    CDrawDoc small;
-    ASSERT_TRUE(small.OnSaveDocument(file));
+    ASSERT_TRUE(CDrawDoc().OnSaveDocument(file));
     const QByteArray old = readFile(file);
     for (int i = 0; i < 200; ++i)
         doc.Add(std::make_unique<CDrawRect>(CRect(i, i, i + 5, i + 5)));
@@ -470,8 +352,7 @@ TEST_F(ProjectFile, AFailedSaveReportsAndLeavesTheOldFile)
     std::signal(SIGXFSZ, previousHandler);
 
     EXPECT_FALSE(saved);
-    ASSERT_EQ(messages.size(), 2u);
-    EXPECT_EQ(messages[1], CDocument::FailedToSaveDoc);
+    EXPECT_EQ(messages.back(), CDocument::FailedToSaveDoc);
     EXPECT_EQ(readFile(file), old);
     EXPECT_TRUE(doc.IsModified());
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("keep.dst")})
@@ -498,7 +379,7 @@ TEST_F(ProjectFile, ObjectsWithAbsurdValuesFromAFileDrawAndPickWithoutHarm)
     for (int label = 1; label < 3; ++label)
         b.i32(55).u32(0).u32(0).str8("").i32(INT_MIN).i32(INT_MAX).f64(-1e300).i32(-7).u8(200).u16(0);
     b.i32(0);
-    ASSERT_TRUE(doc.OnOpenDocument(folder.write(QStringLiteral("absurd.dst"), b.data)));
+    ASSERT_TRUE(doc.OnOpenDocument(folder.write("absurd.dst", b.data)));
     ASSERT_EQ(doc.GetObjects(0).GetCount(), 9);
 
     addTemplate(OneDiscSheet);
@@ -506,15 +387,13 @@ TEST_F(ProjectFile, ObjectsWithAbsurdValuesFromAFileDrawAndPickWithoutHarm)
     RecordingView view;
     doc.AddView(&view);
     for (int label = 0; label < 3; ++label) {
-        const auto bitmap = doc.RenderBitmap(100, 100, true, true);
-        EXPECT_NE(bitmap, nullptr);
-        gfx::Bitmap screen(300, 300);
-        gfx::Graphics graphics(screen);
+        EXPECT_NE(doc.RenderBitmap(100, 100, true, true), nullptr);
+        LabelCanvas screen;
         doc.SetCurLabel(label);
-        doc.DrawLabel(graphics, 100, 100, &view, label, true);
+        doc.DrawLabel(screen.graphics, 100, 100, &view, label, true);
     }
     for (const auto& object : doc.GetObjects(0)) {
-        view.selection = {object.get()};
+        view.selected = object.get();
         object->Intersects(CRect(-10, 10, 10, -10));
         object->GetDrawBounds(object->m_position);
         for (int handle = 1; handle <= std::min(object->GetHandleCount(), 20); ++handle)

@@ -1,55 +1,9 @@
+#include "CliRun.h"
 #include "TestSupport.h"
 
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
 #include <QDir>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
-#include <QProcessEnvironment>
 
 namespace {
-
-struct CliRun {
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-// Runs the tool beside this test, without a display and with nothing on its input.
-CliRun RunCli(const QStringList& args)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("DISPLAY"));
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    process.setProcessEnvironment(environment);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.start(QCoreApplication::applicationDirPath() + "/tessarelle-cli", args);
-    CliRun run;
-    if (!process.waitForFinished(60000)) {
-        process.kill();
-        process.waitForFinished();
-        ADD_FAILURE() << "tessarelle-cli did not finish";
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = process.readAllStandardError();
-    return run;
-}
-
-QJsonArray ParseArray(const QByteArray& json)
-{
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(json, &error);
-    EXPECT_EQ(error.error, QJsonParseError::NoError) << error.errorString().toStdString() << "\n" << json.constData();
-    EXPECT_TRUE(document.isArray());
-    return document.array();
-}
 
 const QByteArray Sheet = "SHEET\nTwo Discs and a Card\n\n8.5\n11\n2\n0.1\n0.1\n"
                          "DISC\n1\nDisc Label\n4.25\n2.75\n4.65\n0.7\nENDOBJECT\n"
@@ -66,45 +20,31 @@ TEST(TemplatesCommand, FolderListsEveryFileInLoadOrder)
     TestFolder folder;
     folder.write("Default.tmp", Printer);
     folder.write("b.tmp", Sheet);
-    folder.write("bad.tmp", "SHEET\nBroken\n");
+    const QString badPath = folder.write("bad.tmp", "SHEET\nBroken\n");
 
-    const CliRun run = RunCli({"templates", folder.path()});
+    const CliRun run = runCli({"templates", folder.path()});
     EXPECT_EQ(run.exitCode, 1) << "a file failed";
-    const QJsonArray list = ParseArray(run.out);
+    const QJsonArray list = run.json().array();
     ASSERT_EQ(list.size(), 3);
 
-    const QJsonObject printer = list[0].toObject();
-    EXPECT_EQ(printer["path"].toString(), QDir(folder.path()).filePath("Default.tmp"));
-    EXPECT_EQ(printer["IsPrinter"].toInt(), 1);
-    EXPECT_EQ(printer["LabelCount"].toInt(), 1);
-    EXPECT_EQ(printer["PrintNotice"].toString(), "Insert the tray.");
-    const QJsonObject card = printer["Objects"].toArray()[0].toObject();
-    EXPECT_EQ(card["EdgeDia"].toDouble(), 2.48);
-    EXPECT_EQ(card["Selected"].toInt(), 0);
-
-    const QJsonObject sheet = list[1].toObject();
-    EXPECT_EQ(sheet["TemplateName"].toString(), "Two Discs and a Card");
-    EXPECT_EQ(sheet["PaperWidth"].toDouble(), 8.5);
-    EXPECT_EQ(sheet["OriginY"].toDouble(), 0.1);
-    const QJsonArray objects = sheet["Objects"].toArray();
-    ASSERT_EQ(objects.size(), 2);
-    const QJsonObject rect = objects[1].toObject();
-    EXPECT_EQ(rect["Selected"].toInt(), 1);
-    EXPECT_EQ(rect["LabelNumber"].toInt(), 2);
-    EXPECT_EQ(rect["ObjectName"].toString(), "Card");
-    EXPECT_EQ(rect["IsRect"].toInt(), 1);
-    const QJsonObject perf = rect["Perfs"].toArray()[0].toObject();
-    EXPECT_EQ(perf["Reserved"].toDouble(), 0.0);
-    EXPECT_EQ(perf["X1"].toDouble(), 4.25);
-    EXPECT_EQ(perf["Y1"].toDouble(), 9.75);
-    EXPECT_EQ(perf["Y2"].toDouble(), 10.75);
-
-    const QJsonObject failed = list[2].toObject();
-    EXPECT_EQ(failed.keys(), QStringList({"error", "path"}));
-    EXPECT_EQ(failed["error"].toString(), "the file ends before the PrintNotice line");
+    const QJsonValue printer = list[0], sheet = list[1];
+    const QJsonValue rect = sheet["Objects"][1], perf = rect["Perfs"][0];
+    const std::pair<QJsonValue, QJsonValue> checks[] = {
+        {printer["path"], QDir(folder.path()).filePath("Default.tmp")},
+        {printer["IsPrinter"], 1}, {printer["LabelCount"], 1}, {printer["PrintNotice"], "Insert the tray."},
+        {printer["Objects"][0]["EdgeDia"], 2.48}, {printer["Objects"][0]["Selected"], 0},
+        {sheet["TemplateName"], "Two Discs and a Card"}, {sheet["PaperWidth"], 8.5}, {sheet["OriginY"], 0.1},
+        {sheet["Objects"].toArray().size(), 2},
+        {rect["Selected"], 1}, {rect["LabelNumber"], 2}, {rect["ObjectName"], "Card"}, {rect["IsRect"], 1},
+        {perf["Reserved"], 0.0}, {perf["X1"], 4.25}, {perf["Y1"], 9.75}, {perf["Y2"], 10.75},
+        {list[2]["error"], "the file ends before the PrintNotice line"},
+    };
+    for (size_t i = 0; i < std::size(checks); ++i)
+        EXPECT_EQ(checks[i].first, checks[i].second) << "check " << i;
+    EXPECT_EQ(list[2].toObject().keys(), QStringList({"error", "path"}));
     // The program's own message goes to standard error.
-    const QString badPath = QDir(folder.path()).filePath("bad.tmp");
-    EXPECT_TRUE(run.err.contains(QStringLiteral("Error opening %1 template file.").arg(badPath).toUtf8())) << run.err.constData();
+    EXPECT_TRUE(run.err.contains(QStringLiteral("Error opening %1 template file.").arg(badPath).toUtf8()))
+        << run.err.constData();
 
     // Fields keep the order of the data model.
     const qsizetype name = run.out.indexOf("\"TemplateName\"");
@@ -114,51 +54,43 @@ TEST(TemplatesCommand, FolderListsEveryFileInLoadOrder)
     EXPECT_LT(run.out.indexOf("\"Rotation\""), run.out.indexOf("\"EdgeDia\""));
 }
 
-TEST(TemplatesCommand, SingleFiles)
+TEST(TemplatesCommand, SingleFilesAndTheProgramsOwn)
 {
     TestFolder folder;
-    CliRun run = RunCli({"templates", folder.write("one.tmp", Sheet)});
+    CliRun run = runCli({"templates", folder.write("one.tmp", Sheet)});
     EXPECT_EQ(run.exitCode, 0) << run.err.constData();
-    QJsonArray list = ParseArray(run.out);
-    ASSERT_EQ(list.size(), 1);
-    EXPECT_EQ(list[0].toObject()["Objects"].toArray().size(), 2);
+    EXPECT_EQ(run.json().array().size(), 1);
+    EXPECT_EQ(run.json()[0]["Objects"].toArray().size(), 2);
 
-    run = RunCli({"templates", folder.path() + "/missing.tmp"});
+    run = runCli({"templates", folder.path() + "/missing.tmp"});
     EXPECT_EQ(run.exitCode, 1);
-    list = ParseArray(run.out);
-    ASSERT_EQ(list.size(), 1);
-    EXPECT_TRUE(list[0].toObject()["error"].toString().startsWith("cannot open: "));
+    EXPECT_TRUE(run.json()[0]["error"].toString().startsWith("cannot open: "));
 
     // Any bytes in a name come out as valid JSON.
-    const QByteArray odd = "SHEET\nCaf\xe9 \"\\\x01\t\n\n8.5\n11\n1\n0\n0\nEND\n";
-    run = RunCli({"templates", folder.write("odd.tmp", odd)});
+    run = runCli({"templates", folder.write("odd.tmp", "SHEET\nCaf\xe9 \"\\\x01\t\n\n8.5\n11\n1\n0\n0\nEND\n")});
     EXPECT_EQ(run.exitCode, 0);
-    list = ParseArray(run.out);
-    ASSERT_EQ(list.size(), 1);
-    EXPECT_EQ(list[0].toObject()["TemplateName"].toString(), QString::fromUtf8("Caf\u00e9 \"\\\x01\t"));
-}
+    EXPECT_EQ(run.json()[0]["TemplateName"].toString(), QString::fromUtf8("Caf\u00e9 \"\\\x01\t"));
 
-TEST(TemplatesCommand, ProgramTemplatesByDefault)
-{
-    const CliRun run = RunCli({"templates"});
+    // Without a path: the templates the program ships, all of them loading.
+    run = runCli({"templates"});
     EXPECT_EQ(run.exitCode, 0) << run.err.constData();
-    const QJsonArray list = ParseArray(run.out);
+    const QJsonArray list = run.json().array();
     ASSERT_GE(list.size(), 9);
-    EXPECT_TRUE(list[0].toObject()["path"].toString().endsWith("/Templates/Default.tmp"));
+    EXPECT_TRUE(list[0]["path"].toString().endsWith("/Templates/Default.tmp"));
     for (const QJsonValue& entry : list)
-        EXPECT_FALSE(entry.toObject().contains("error")) << entry.toObject()["path"].toString().toStdString();
+        EXPECT_FALSE(entry.toObject().contains("error")) << entry["path"].toString().toStdString();
 }
 
 TEST(TemplatesCommand, BadArgumentsShowTheUsage)
 {
     for (const QStringList& args : {QStringList(), QStringList({"nonsense"}), QStringList({"templates", "a", "b"}),
                                     QStringList({"templates", "--bogus"})}) {
-        const CliRun run = RunCli(args);
+        const CliRun run = runCli(args);
         EXPECT_EQ(run.exitCode, 2) << args.join(' ').toStdString();
         EXPECT_TRUE(run.err.contains("usage: tessarelle-cli")) << run.err.constData();
         EXPECT_TRUE(run.out.isEmpty());
     }
-    const CliRun help = RunCli({"--help"});
+    const CliRun help = runCli({"--help"});
     EXPECT_EQ(help.exitCode, 0);
     EXPECT_TRUE(help.out.contains("templates [FOLDER|FILE]"));
 }
