@@ -38,50 +38,41 @@ protected:
 
 } // namespace
 
-TEST_F(TemplateList, DefaultFirstThenTheOthersByName)
+TEST_F(TemplateList, DefaultFirstThenTheOthersByNameFailuresShownAndLeftOut)
 {
     folder.write("b.tmp", named("b"));
-    folder.write("Default.tmp", named("default"));
+    folder.write("DEFAULT.TMP", named("default"));
     folder.write("A.tmp", named("A"));
     folder.write("c.TMP", named("c"));
     folder.write("notes.txt", named("not a template"));
     folder.write("d.tmp.bak", named("backup"));
     folder.write("sub.tmp/inner.tmp", named("inside a folder"));
-
-    std::vector<TemplateLoadResult> results;
-    const auto list = CTemplateFile::LoadTemplateList(folder.path(), &results);
-    EXPECT_EQ(names(list), QStringList({"default", "A", "b", "c"}));
-    EXPECT_TRUE(messages.isEmpty()) << messages.join('\n').toStdString();
-    ASSERT_EQ(results.size(), 4u);
-    EXPECT_EQ(results[0].path, QDir(folder.path()).filePath("Default.tmp"));
-    EXPECT_EQ(list[3].m_strPath, QDir(folder.path()).filePath("c.TMP"));
-    for (const TemplateLoadResult& result : results)
-        EXPECT_TRUE(result.loaded && result.error.isEmpty());
-}
-
-TEST_F(TemplateList, FailuresAreShownAndLeftOut)
-{
-    folder.write("Default.tmp", named("default"));
     folder.write("bad.tmp", "SHEET\nbad\n\n8.5\n11\n1\n0\n0\nPERF\nEND\n");
-    folder.write("good.tmp", named("good"));
 
     std::vector<TemplateLoadResult> results;
     const auto list = CTemplateFile::LoadTemplateList(folder.path() + "/", &results);
-    EXPECT_EQ(names(list), QStringList({"default", "good"}));
+    EXPECT_EQ(names(list), QStringList({"default", "A", "b", "c"}));
     const QString bad = QDir(folder.path()).filePath("bad.tmp");
     EXPECT_EQ(messages, QStringList({QStringLiteral("Error opening %1 template file.").arg(bad)}));
-    ASSERT_EQ(results.size(), 3u);
-    EXPECT_EQ(results[1].path, bad);
-    EXPECT_FALSE(results[1].loaded);
-    EXPECT_EQ(results[1].error, "line 9: \"PERF\" is not a keyword here");
+    ASSERT_EQ(results.size(), 5u);
+    EXPECT_EQ(results[0].path, QDir(folder.path()).filePath("DEFAULT.TMP"));
+    EXPECT_EQ(list[3].m_strPath, QDir(folder.path()).filePath("c.TMP"));
+    EXPECT_EQ(std::tuple(results[3].path, results[3].loaded, results[3].error),
+              std::tuple(bad, false, QString("line 9: \"PERF\" is not a keyword here")));
+    EXPECT_TRUE(results[4].loaded && results[4].error.isEmpty());
+
+    // Where the file system keeps both spellings apart, the exact name wins and the other is skipped.
+    folder.write("Default.tmp", named("exact"));
+    const QStringList again = names(CTemplateFile::LoadTemplateList(folder.path()));
+    EXPECT_EQ(again.first(), "exact");
+    EXPECT_EQ(again.count("default"), 0);
 }
 
 TEST_F(TemplateList, MissingDefaultIsReportedAndTheRestLoads)
 {
     folder.write("other.tmp", named("other"));
     std::vector<TemplateLoadResult> results;
-    const auto list = CTemplateFile::LoadTemplateList(folder.path(), &results);
-    EXPECT_EQ(names(list), QStringList({"other"}));
+    EXPECT_EQ(names(CTemplateFile::LoadTemplateList(folder.path(), &results)), QStringList({"other"}));
     const QString defaultPath = QDir(folder.path()).filePath("Default.tmp");
     EXPECT_EQ(messages, QStringList({QStringLiteral("Error opening %1 template file.").arg(defaultPath)}));
     ASSERT_EQ(results.size(), 2u);
@@ -92,30 +83,12 @@ TEST_F(TemplateList, MissingDefaultIsReportedAndTheRestLoads)
     EXPECT_EQ(messages.size(), 1);
 }
 
-TEST_F(TemplateList, DefaultInAnyCaseIsLoadedOnceAndFirst)
-{
-    folder.write("aaa.tmp", named("aaa"));
-    folder.write("DEFAULT.TMP", named("upper"));
-    EXPECT_EQ(names(CTemplateFile::LoadTemplateList(folder.path())), QStringList({"upper", "aaa"}));
-
-    // Where the file system keeps both spellings apart, the exact name wins and the other is skipped.
-    folder.write("Default.tmp", named("exact"));
-    folder.write("default.tmp", named("lower"));
-    EXPECT_EQ(names(CTemplateFile::LoadTemplateList(folder.path())), QStringList({"exact", "aaa"}));
-    EXPECT_TRUE(messages.isEmpty());
-}
-
 namespace {
 
 // The program's own templates, copied beside the test executable by the build.
 QString ShippedFolder()
 {
     return QCoreApplication::applicationDirPath() + "/Templates";
-}
-
-bool HasAtMostTwoDecimals(double value)
-{
-    return std::abs(value * 100 - std::round(value * 100)) < 1e-9;
 }
 
 // The box an area covers on the sheet, rotation by quarter turns included.
@@ -156,9 +129,7 @@ TEST_F(TemplateList, EveryShippedTemplateLoads)
 
     for (const CTemplateFile& file : list) {
         SCOPED_TRACE(file.m_strPath.toStdString());
-        EXPECT_FALSE(file.TemplateName.isEmpty());
-        EXPECT_GT(file.PaperWidth, 0);
-        EXPECT_GT(file.PaperHeight, 0);
+        EXPECT_TRUE(!file.TemplateName.isEmpty() && file.PaperWidth > 0 && file.PaperHeight > 0);
         // The document has three labels; every label of the sheet has an area.
         ASSERT_GE(file.LabelCount, 1);
         ASSERT_LE(file.LabelCount, 3);
@@ -170,13 +141,9 @@ TEST_F(TemplateList, EveryShippedTemplateLoads)
             ASSERT_LE(object.LabelNumber, file.LabelCount);
             used[size_t(object.LabelNumber - 1)] = true;
             const Box box = BoxOf(object);
-            EXPECT_GE(box.left, -1e-9) << object.ObjectName.toStdString();
-            EXPECT_GE(box.top, -1e-9) << object.ObjectName.toStdString();
-            EXPECT_LE(box.right, file.PaperWidth + 1e-9) << object.ObjectName.toStdString();
-            EXPECT_LE(box.bottom, file.PaperHeight + 1e-9) << object.ObjectName.toStdString();
-            if (!object.IsRect) {
-                EXPECT_LT(object.InnerDia, object.OuterDia) << object.ObjectName.toStdString();
-            }
+            EXPECT_TRUE(box.left > -1e-9 && box.top > -1e-9 && box.right < file.PaperWidth + 1e-9 &&
+                        box.bottom < file.PaperHeight + 1e-9 && (object.IsRect || object.InnerDia < object.OuterDia))
+                << object.ObjectName.toStdString();
             // A printer holds one disc at a time, so only a sheet's areas must keep apart.
             if (!file.IsPrinter) {
                 for (size_t j = i + 1; j < file.Objects.size(); ++j)
@@ -201,28 +168,20 @@ TEST_F(TemplateList, DefaultHoldsTheBuiltInDiscSizes)
     for (size_t i = 0; i < file.Objects.size(); ++i) {
         const CTemplateObject& disc = file.Objects[i];
         SCOPED_TRACE(disc.ObjectName.toStdString());
-        EXPECT_EQ(disc.ObjectName, sizes[int(i)]);
-        EXPECT_EQ(disc.LabelNumber, 1);
-        EXPECT_DOUBLE_EQ(disc.CentreX, file.PaperWidth / 2);
-        EXPECT_DOUBLE_EQ(disc.CentreY, file.PaperHeight / 2);
+        EXPECT_EQ(std::tuple(disc.ObjectName, disc.LabelNumber, disc.CentreX, disc.CentreY),
+                  std::tuple(sizes[int(i)], 1, file.PaperWidth / 2, file.PaperHeight / 2));
         // The panel rounds typed diameters to two decimals before it looks for a matching
-        // record, and its sliders run from 0.5 to 2 inches inside and 2 to 4.72 outside.
-        for (double value : {disc.InnerDia, disc.OuterDia, disc.EdgeDia}) {
-            EXPECT_TRUE(HasAtMostTwoDecimals(value)) << value;
-            // Kept as thousandths by truncation, a value must not lose one.
-            EXPECT_EQ(std::trunc(value * 1000), std::round(value * 1000)) << value;
-        }
-        EXPECT_GE(disc.InnerDia, 0.5);
-        EXPECT_LE(disc.InnerDia, 2.0);
-        EXPECT_GE(disc.OuterDia, 2.0);
-        EXPECT_LE(disc.OuterDia, 4.72);
-        EXPECT_GE(disc.EdgeDia, 2.0);
-        EXPECT_LE(disc.EdgeDia, 4.72);
+        // record (kept as thousandths by truncation, a value must not lose one), and its
+        // sliders run from 0.5 to 2 inches inside and 2 to 4.72 outside.
+        for (double value : {disc.InnerDia, disc.OuterDia, disc.EdgeDia})
+            EXPECT_TRUE(std::abs(value * 100 - std::round(value * 100)) < 1e-9 &&
+                        std::trunc(value * 1000) == std::round(value * 1000)) << value;
+        EXPECT_TRUE(disc.InnerDia >= 0.5 && disc.InnerDia <= 2.0 && disc.OuterDia >= 2.0 && disc.OuterDia <= 4.72 &&
+                    disc.EdgeDia >= 2.0 && disc.EdgeDia <= 4.72);
         // Round discs first, then business cards, cut narrower than they are long.
         EXPECT_EQ(disc.OuterDia > disc.EdgeDia, i >= 4);
     }
     // The business cards are named by their width across the flat edges.
-    EXPECT_NEAR(file.Objects[4].EdgeDia * 25.4, 63, 0.2);
-    EXPECT_NEAR(file.Objects[5].EdgeDia * 25.4, 61, 0.2);
-    EXPECT_NEAR(file.Objects[6].EdgeDia * 25.4, 57, 0.2);
+    for (int i = 4; i < 7; ++i)
+        EXPECT_NEAR(file.Objects[size_t(i)].EdgeDia * 25.4, sizes[i].left(2).toDouble(), 0.2);
 }
