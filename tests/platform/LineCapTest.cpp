@@ -111,21 +111,8 @@ TEST(LineCaps, HeadFollowsTheLastSegmentAndClosedFiguresGetNone)
     }
 }
 
-TEST(LineCaps, PlainCapsAndCopiesOfPens)
+TEST(LineCaps, CustomCapsSurviveCopiesAndPlainCapsReplaceThem)
 {
-    Pen round(Color(0, 0, 0), 10);
-    EXPECT_EQ(pixelAt(drawLine(round), 162, 50), white); // flat by default
-    round.SetEndCap(LineCap::Round);
-    // Rounded off toward the edge; the start stays flat.
-    expectPixels(drawLine(round), {{163, 50, black}, {164, 46, white}, {37, 50, white}});
-
-    Pen anchor(Color(0, 0, 0), 4);
-    anchor.SetStartCap(LineCap::NoAnchor);
-    anchor.SetEndCap(LineCap::ArrowAnchor);
-    // The tip lies a width beyond the end.
-    expectPixels(drawLine(Pen(anchor)), {{161, 50, black}, {36, 50, white}});
-
-    // A custom cap survives the copy; setting a plain cap replaces it.
     const CustomLineCap arrow = arrowCap(5);
     Pen copied(blackPen(2, nullptr, &arrow));
     EXPECT_EQ(pixelAt(drawLine(copied), 168, 50), black);
