@@ -20,25 +20,16 @@ struct ArchiveBytes {
     ArchiveBytes& f32(float v) { std::uint32_t b; std::memcpy(&b, &v, 4); return u32(b); }
     ArchiveBytes& f64(double v) { std::uint64_t b; std::memcpy(&b, &v, 8); return u64(b); }
     ArchiveBytes& raw(const QByteArray& bytes) { data.append(bytes); return *this; }
-    // An 8-bit string with the shortest length prefix.
+    // An 8-bit string shorter than 0xFFFE bytes, with the shortest length prefix.
     ArchiveBytes& str8(const QByteArray& text)
     {
-        if (text.size() < 0xFF)
-            u8(unsigned(text.size()));
-        else if (text.size() < 0xFFFE)
-            u8(0xFF).u16(unsigned(text.size()));
-        else
-            u8(0xFF).u16(0xFFFF).u32(std::uint32_t(text.size()));
+        (text.size() < 0xFF ? u8(unsigned(text.size())) : u8(0xFF).u16(unsigned(text.size())));
         return raw(text);
     }
-    // A UTF-16 string as the program writes it.
+    // A short UTF-16 string as the program writes it.
     ArchiveBytes& str16(const QString& text)
     {
-        u8(0xFF).u16(0xFFFE);
-        if (text.size() < 0xFF)
-            u8(unsigned(text.size()));
-        else
-            u8(0xFF).u16(unsigned(text.size()));
+        u8(0xFF).u16(0xFFFE).u8(unsigned(text.size()));
         for (QChar c : text)
             u16(c.unicode());
         return *this;

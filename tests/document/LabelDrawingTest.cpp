@@ -14,20 +14,14 @@ constexpr QRgb Green = 0xFF00FF00;
 constexpr QRgb White = 0xFFFFFFFF;
 constexpr QRgb Transparent = 0x00000000;
 
-// The phase (device row modulo 8) of a horizontal hatch over the given column; -1 when the
-// foreground rows are not all in one phase.
+// The phase (device row modulo 8) of a horizontal hatch over the given column: the rows of the
+// first line, and the one 8 rows further down, black; -1 when there is no such line.
 int hatchPhase(const QImage& image, int column)
 {
-    int phase = -1, rows = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        if (image.pixel(column, y) != 0xFF000000)
-            continue;
-        ++rows;
-        if (phase != -1 && y % 8 != phase)
-            return -1;
-        phase = y % 8;
-    }
-    return rows >= 24 ? phase : -1;
+    for (int y = 0; y + 8 < image.height(); ++y)
+        if (image.pixel(column, y) == 0xFF000000 && image.pixel(column, y + 8) == 0xFF000000)
+            return y % 8;
+    return -1;
 }
 
 } // namespace
