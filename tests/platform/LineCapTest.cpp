@@ -51,7 +51,7 @@ Bitmap drawLine(const Pen& pen, QPointF from = {40, 50}, QPointF to = {160, 50})
 
 } // namespace
 
-TEST(LineCaps, CustomHeadsLandAtTheirEndSizedAndInsetByTheCap)
+TEST(LineCaps, CustomHeadsLandAtTheirEndSizedAndInsetByTheCapAndSurviveCopies)
 {
     const CustomLineCap arrow = arrowCap(5); // one cap unit = 10
     // The tip reaches one unit past the end; the head's base is two units wide; nothing at the start.
@@ -63,17 +63,12 @@ TEST(LineCaps, CustomHeadsLandAtTheirEndSizedAndInsetByTheCap)
     expectPixels(drawLine(blackPen(2, nullptr, &large)), {{142, 33, black}, {178, 50, black}});
 
     // The base inset shortens (a unit is 2 x 5 = 10, so to 140) or lengthens (to 170) the line.
-    const struct {
-        float inset;
-        int lastInked;
-    } insets[] = {{0, 158}, {2, 138}, {-1, 168}};
-    for (const auto& c : insets) {
-        SCOPED_TRACE(c.inset);
-        const CustomLineCap cap = detachedCap(c.inset);
-        expectPixels(drawLine(blackPen(2, nullptr, &cap)), {{c.lastInked, 50, black}, {c.lastInked + 4, 50, white}});
+    for (const auto& [inset, lastInked] : {std::pair(0.0f, 158), {2.0f, 138}, {-1.0f, 168}}) {
+        SCOPED_TRACE(inset);
+        const CustomLineCap cap = detachedCap(inset);
+        // The detached cap itself stays where it is.
+        expectPixels(drawLine(blackPen(2, nullptr, &cap)), {{lastInked, 50, black}, {lastInked + 4, 50, white}, {185, 50, black}});
     }
-    const CustomLineCap detached = detachedCap(0);
-    expectPixels(drawLine(blackPen(2, nullptr, &detached)), {{185, 50, black}}); // the detached cap itself
 
     // A stroked head is an outline: arms from the tip (170, 50) back to (150, 40) and (150, 60).
     const CustomLineCap open = arrowCap(2.5f, 0, true);
@@ -84,6 +79,13 @@ TEST(LineCaps, CustomHeadsLandAtTheirEndSizedAndInsetByTheCap)
     translucent.SetCustomEndCap(arrowCap(3));
     const Bitmap once = drawLine(translucent);
     expectPixels(once, {{156, 50, pixelAt(once, 100, 50)}, {156, 46, pixelAt(once, 100, 50)}});
+
+    // A custom cap survives a copy of the pen; setting a plain cap replaces it.
+    Pen copied(blackPen(2, nullptr, &arrow));
+    EXPECT_EQ(pixelAt(drawLine(copied), 168, 50), black);
+    copied.SetEndCap(LineCap::Flat);
+    EXPECT_EQ(pixelAt(drawLine(copied), 168, 50), white);
+    EXPECT_EQ(copied.GetCustomEndCap(), nullptr);
 }
 
 TEST(LineCaps, HeadFollowsTheLastSegmentAndClosedFiguresGetNone)
@@ -111,40 +113,27 @@ TEST(LineCaps, HeadFollowsTheLastSegmentAndClosedFiguresGetNone)
     }
 }
 
-TEST(LineCaps, CustomCapsSurviveCopiesAndPlainCapsReplaceThem)
-{
-    const CustomLineCap arrow = arrowCap(5);
-    Pen copied(blackPen(2, nullptr, &arrow));
-    EXPECT_EQ(pixelAt(drawLine(copied), 168, 50), black);
-    copied.SetEndCap(LineCap::Flat);
-    EXPECT_EQ(pixelAt(drawLine(copied), 168, 50), white);
-    EXPECT_EQ(copied.GetCustomEndCap(), nullptr);
-}
-
 TEST(DashCaps, RoundAndTriangleEndsComeOutOfTheDashesAndLeaveTheLineEndsFlat)
 {
     // A 10 wide line from x 10 to 190: dashes of 30 with gaps of 10, the first from 10 to 40.
-    const auto draw = [](DashStyle style, DashCap cap) {
+    const auto check = [](DashStyle style, DashCap cap, std::initializer_list<Probe> probes) {
         Pen pen(Color(255, 0, 0, 0), 10);
         pen.SetDashStyle(style);
         pen.SetDashCap(cap);
-        return drawOn(200, 100, [&](Graphics& g) {
-            g.SetSmoothingMode(SmoothingMode::AntiAlias);
-            g.DrawLine(pen, QPointF(10, 50), QPointF(190, 50));
-        });
+        expectPixels(drawOn(200, 100, [&](Graphics& g) {
+                         g.SetSmoothingMode(SmoothingMode::AntiAlias);
+                         g.DrawLine(pen, QPointF(10, 50), QPointF(190, 50));
+                     }),
+                     probes);
     };
-    const QColor ink(0, 0, 0), blank(255, 255, 255);
-    const Bitmap flat = draw(DashStyle::Dash, DashCap::Flat);
-    const Bitmap round = draw(DashStyle::Dash, DashCap::Round);
-    const Bitmap triangle = draw(DashStyle::Dash, DashCap::Triangle);
-    // The gaps stay open, the dashes keep their length and the line's own start is square.
-    for (const Bitmap* canvas : {&flat, &round, &triangle})
-        expectPixels(*canvas, {{45, 50, blank, 63}, {38, 50, ink, 63}, {10, 54, ink, 63}});
-    // At a dash's inner end only the flat cap fills the corner; the round end is a half circle,
-    // wider than the triangle's point near the tip.
-    expectPixels(flat, {{39, 54, ink, 63}});
-    expectPixels(round, {{39, 54, blank, 63}, {37, 53, ink, 63}});
-    expectPixels(triangle, {{39, 53, blank, 63}, {37, 53, blank, 63}});
+    const auto ink = [](int x, int y) { return Probe{x, y, Qt::black, 63}; };
+    const auto blank = [](int x, int y) { return Probe{x, y, Qt::white, 63}; };
+    // The gaps stay open, the dashes keep their length and the line's own start is square; at a
+    // dash's inner end only the flat cap fills the corner; the round end is a half circle, wider
+    // than the triangle's point near the tip.
+    check(DashStyle::Dash, DashCap::Flat, {blank(45, 50), ink(38, 50), ink(10, 54), ink(39, 54)});
+    check(DashStyle::Dash, DashCap::Round, {blank(45, 50), ink(38, 50), ink(10, 54), blank(39, 54), ink(37, 53)});
+    check(DashStyle::Dash, DashCap::Triangle, {blank(45, 50), ink(38, 50), ink(10, 54), blank(39, 53), blank(37, 53)});
     // Dots with round ends are round dots, one width across.
-    expectPixels(draw(DashStyle::Dot, DashCap::Round), {{35, 50, ink, 63}, {30, 45, blank, 63}, {45, 50, blank, 63}});
+    check(DashStyle::Dot, DashCap::Round, {ink(35, 50), blank(30, 45), blank(45, 50)});
 }
