@@ -36,33 +36,24 @@ public:
 };
 [[maybe_unused]] ::testing::Environment* const g_stopAtEnd = ::testing::AddGlobalTestEnvironment(new StopAtEnd);
 
-int freePort()
-{
-    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    int port = 0;
-    if (fd >= 0 && ::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
-        ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0)
-        port = ntohs(address.sin_port);
-    if (fd >= 0)
-        ::close(fd);
-    return port;
-}
-
-bool accepts(int port)
+// With port 0: a free loopback port (bound and released). Otherwise whether that port accepts.
+int loopback(int port)
 {
     const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(quint16(port));
-    const bool ok = fd >= 0 && ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    socklen_t size = sizeof address;
+    int result = 0;
+    if (fd >= 0 && port != 0)
+        result = ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+    else if (fd >= 0 && ::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+             ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0)
+        result = ntohs(address.sin_port);
     if (fd >= 0)
         ::close(fd);
-    return ok;
+    return result;
 }
 
 bool writeFile(const QString& path, const QString& text)
@@ -97,25 +88,23 @@ PrivateCups::~PrivateCups()
 
 bool PrivateCups::Start()
 {
-    const QString cupsd = QStringLiteral("/usr/sbin/cupsd");
-    if (!QFile::exists(cupsd)) {
-        m_failure = QStringLiteral("cupsd is not installed (Debian packages cups-daemon, cups-client)");
+    const auto fail = [this](const QString& why) {
+        m_failure = why;
         return false;
-    }
+    };
+    const QString cupsd = QStringLiteral("/usr/sbin/cupsd");
+    if (!QFile::exists(cupsd))
+        return fail("cupsd is not installed (Debian packages cups-daemon, cups-client)");
     // As root the scheduler runs filters and backends as lp (it refuses root for them); as
     // anyone else everything runs as that user.
     const bool asRoot = ::geteuid() == 0;
     const passwd* user = asRoot ? ::getpwnam("lp") : ::getpwuid(::geteuid());
     const group* userGroup = asRoot ? ::getgrnam("lp") : ::getgrgid(::getegid());
-    if (!user || !userGroup) {
-        m_failure = asRoot ? QStringLiteral("there is no user and group lp for the scheduler's filters")
-                           : QStringLiteral("the test's own user or group has no name");
-        return false;
-    }
-    if (!m_dir.isValid()) {
-        m_failure = QStringLiteral("no temporary folder for the scheduler");
-        return false;
-    }
+    if (!user || !userGroup)
+        return fail(asRoot ? "there is no user and group lp for the scheduler's filters"
+                           : "the test's own user or group has no name");
+    if (!m_dir.isValid())
+        return fail("no temporary folder for the scheduler");
 
     // Filters and backends must reach the spool through this folder.
     const QString base = m_dir.path();
@@ -126,60 +115,42 @@ bool PrivateCups::Start()
         QDir(base).mkpath(QLatin1String(folder));
     for (const char* folder : {"spool", "spool/tmp", "cache"}) {
         const QByteArray path = QFile::encodeName(base + '/' + QLatin1String(folder));
-        if (asRoot && ::chown(path.constData(), user->pw_uid, userGroup->gr_gid) != 0) {
-            m_failure = QStringLiteral("can't give the scheduler's spool to lp");
-            return false;
-        }
+        if (asRoot && ::chown(path.constData(), user->pw_uid, userGroup->gr_gid) != 0)
+            return fail("can't give the scheduler's spool to lp");
     }
 
     m_printer = std::make_unique<SocketPrinter>();
-    const int port = freePort();
-    if (port == 0 || m_printer->Port() == 0) {
-        m_failure = QStringLiteral("no free loopback port for the scheduler or the socket printer");
-        return false;
-    }
+    const int port = loopback(0);
+    if (port == 0 || m_printer->Port() == 0)
+        return fail("no free loopback port for the scheduler or the socket printer");
     m_server = QStringLiteral("127.0.0.1:%1").arg(port);
 
     const QString conf = QStringLiteral(
-        "Listen 127.0.0.1:%1\n"
-        "LogLevel warn\n"
-        "WebInterface No\n"
-        "Browsing Off\n"
-        "DefaultAuthType None\n"
-        "PreserveJobHistory Yes\n"
-        "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n"
-        "<Policy default>\n"
-        "  JobPrivateAccess all\n  JobPrivateValues none\n"
+        "Listen 127.0.0.1:%1\nLogLevel warn\nWebInterface No\nBrowsing Off\nDefaultAuthType None\n"
+        "PreserveJobHistory Yes\n<Location />\n  Order allow,deny\n  Allow all\n</Location>\n"
+        "<Policy default>\n  JobPrivateAccess all\n  JobPrivateValues none\n"
         "  SubscriptionPrivateAccess all\n  SubscriptionPrivateValues none\n"
-        "  <Limit All>\n    Order deny,allow\n  </Limit>\n"
-        "</Policy>\n").arg(port);
+        "  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n").arg(port);
     const QString files = QStringLiteral(
         "User %2\nGroup %3\nSystemGroup root\n"
         "ServerRoot %1\nRequestRoot %1/spool\nTempDir %1/spool/tmp\nCacheDir %1/cache\nStateDir %1/state\n"
-        "ServerKeychain %1/ssl\n"
-        "ErrorLog %1/log/error_log\nAccessLog %1/log/access_log\nPageLog %1/log/page_log\n")
+        "ServerKeychain %1/ssl\nErrorLog %1/log/error_log\nAccessLog %1/log/access_log\nPageLog %1/log/page_log\n")
             .arg(base, QString::fromLocal8Bit(user->pw_name), QString::fromLocal8Bit(userGroup->gr_name));
-    if (!writeFile(base + "/cupsd.conf", conf) || !writeFile(base + "/cups-files.conf", files)) {
-        m_failure = QStringLiteral("can't write the scheduler's configuration");
-        return false;
-    }
+    if (!writeFile(base + "/cupsd.conf", conf) || !writeFile(base + "/cups-files.conf", files))
+        return fail("can't write the scheduler's configuration");
 
     m_cupsd.setProcessChannelMode(QProcess::MergedChannels);
     // A test program that dies (a crash, a time limit) takes its scheduler with it.
     m_cupsd.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_cupsd.start(cupsd, {"-f", "-c", base + "/cupsd.conf", "-s", base + "/cups-files.conf"});
-    if (!m_cupsd.waitForStarted(StartTimeoutMs)) {
-        m_failure = QStringLiteral("cupsd did not start: %1").arg(m_cupsd.errorString());
-        return false;
-    }
+    if (!m_cupsd.waitForStarted(StartTimeoutMs))
+        return fail("cupsd did not start: " + m_cupsd.errorString());
     const QDeadlineTimer deadline(StartTimeoutMs);
-    while (!accepts(port)) {
+    while (!loopback(port)) {
         // Waiting on the process, rather than sleeping, notices at once that it has ended.
-        if (m_cupsd.waitForFinished(50) || m_cupsd.state() != QProcess::Running || deadline.hasExpired()) {
-            m_failure = QStringLiteral("cupsd did not come up on %1: %2 %3")
-                            .arg(m_server, QString::fromLocal8Bit(m_cupsd.readAll()), ErrorLog());
-            return false;
-        }
+        if (m_cupsd.waitForFinished(50) || m_cupsd.state() != QProcess::Running || deadline.hasExpired())
+            return fail(QStringLiteral("cupsd did not come up on %1: %2 %3")
+                            .arg(m_server, QString::fromLocal8Bit(m_cupsd.readAll()), ErrorLog()));
     }
 
     // The tools started below and the program's spooler both talk to this scheduler only.
@@ -193,13 +164,10 @@ bool PrivateCups::Start()
     if (!Run("lpadmin", {"-p", "Raw", "-E", "-v", rawUri}, &output) ||
         !Run("lpadmin", {"-p", "PDF", "-E", "-v", "cups-pdf:/", "-D", "PDF printer", "-P",
                          "/usr/share/ppd/cups-pdf/CUPS-PDF_opt.ppd"}, &output) ||
-        !Run("lpadmin", {"-d", "Raw"}, &output)) {
-        m_failure = QStringLiteral("the test queues could not be made: %1").arg(output);
+        !Run("lpadmin", {"-d", "Raw"}, &output))
         // cups-pdf's backend may be run by root only, so its queue needs a scheduler started as root.
-        if (::geteuid() != 0)
-            m_failure += QStringLiteral(" (run the printing tests as root)");
-        return false;
-    }
+        return fail("the test queues could not be made: " + output +
+                    (::geteuid() != 0 ? " (run the printing tests as root)" : ""));
     return true;
 }
 

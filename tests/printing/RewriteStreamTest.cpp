@@ -1,13 +1,9 @@
-#include "TestSupport.h"
+#include "PrintSupport.h"
 
-#include "platform/MessageBox.h"
 #include "printing/RewriteStream.h"
-
-#include <gtest/gtest.h>
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 
 namespace {
@@ -20,26 +16,6 @@ QByteArray bytes(const char* hex)
 {
     return QByteArray::fromHex(hex);
 }
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
-}
-
-// Collects the messages shown while it lives.
-class Messages {
-public:
-    Messages()
-    {
-        MessageBox::SetPresenter([this](const QString& text, int style) {
-            texts << text;
-            return MessageBox::DefaultAnswer(style);
-        });
-    }
-    ~Messages() { MessageBox::SetPresenter(nullptr); }
-    QStringList texts;
-};
 
 TEST(RewriteStreamBytes, EachKindOfCommand)
 {
@@ -107,35 +83,31 @@ TEST(RewriteStreamBytes, StreamsCutShortEndSafely)
 TEST(RewriteStream, RewritesTheDiscPrintersFileInPlace)
 {
     TestFolder folder;
-    Messages messages;
+    CaughtMessages messages;
 
-    // Another device leaves the file alone, marker and all.
-    const QString other = folder.write("other.prn", "a" + Marker + "b");
-    EXPECT_TRUE(RewriteStream(other, QStringLiteral("Qn217 CD/DVD printer")));
-    EXPECT_EQ(readFile(other), "a" + Marker + "b");
-
-    // Growing: the marker gets its command.
-    const QString grows = folder.write("grows.prn", "a" + Marker + "b");
-    EXPECT_TRUE(RewriteStream(grows, Disc));
-    EXPECT_EQ(readFile(grows), "a" + Marker + Fixed + "b");
-
-    // Shrinking: written over from the start without truncation, so the old content's last
-    // eight bytes stay behind the result.
+    // Another device (the name's case counts) leaves the file alone, marker and all; growing,
+    // the marker gets its command; shrinking, the file is written over from the start without
+    // truncation, so the old content's last eight bytes stay behind the result.
     const QByteArray old = "head" + Fixed + "tail-of-it";
-    const QString shrinks = folder.write("shrinks.prn", old);
-    EXPECT_TRUE(RewriteStream(shrinks, Disc));
-    EXPECT_EQ(readFile(shrinks), "headtail-of-it" + old.right(8));
-
-    const QString empty = folder.write("empty.prn", QByteArray());
-    EXPECT_TRUE(RewriteStream(empty, Disc));
-    EXPECT_TRUE(readFile(empty).isEmpty());
-    EXPECT_TRUE(messages.texts.isEmpty());
+    const struct {
+        QString device;
+        QByteArray before, after;
+    } cases[] = {{"Qn217 CD/DVD printer", "a" + Marker + "b", "a" + Marker + "b"},
+                 {Disc, "a" + Marker + "b", "a" + Marker + Fixed + "b"},
+                 {Disc, old, "headtail-of-it" + old.right(8)},
+                 {Disc, "", ""}};
+    for (const auto& c : cases) {
+        const QString path = folder.write("job.prn", c.before);
+        EXPECT_TRUE(RewriteStream(path, c.device));
+        EXPECT_EQ(readFile(path), c.after) << c.before.toHex().constData();
+    }
+    EXPECT_TRUE(messages.isEmpty());
 }
 
 TEST(RewriteStream, FailuresShowTheirMessageAndLeaveTheFile)
 {
     TestFolder folder;
-    Messages messages;
+    CaughtMessages messages;
     const QString missing = folder.path() + "/no such file.prn";
     EXPECT_FALSE(RewriteStream(missing, Disc));
     EXPECT_FALSE(QFile::exists(missing)) << "opening for writing must not create the file";
@@ -145,7 +117,7 @@ TEST(RewriteStream, FailuresShowTheirMessageAndLeaveTheFile)
     QDir().mkpath(directory);
     EXPECT_FALSE(RewriteStream(directory, Disc));
 
-    EXPECT_EQ(messages.texts,
+    EXPECT_EQ(messages,
               QStringList({"Error Reading: " + missing, "Error Writing: " + directory}));
 }
 
@@ -153,34 +125,25 @@ TEST(RewriteStream, CommandLineTool)
 {
     TestFolder folder;
     const QString path = folder.write("job with blanks.prn", "a" + Fixed + Marker + "b");
-    auto run = [](const QStringList& args, QByteArray* out = nullptr, QByteArray* err = nullptr) {
+    QByteArray out, err;
+    auto run = [&](const QStringList& args) {
         QProcess process;
         process.setStandardInputFile(QProcess::nullDevice());
         process.start(QCoreApplication::applicationDirPath() + "/tessarelle-cli", args);
-        if (!process.waitForFinished(60000)) {
+        if (!process.waitForFinished(60000))
             process.kill();
-            process.waitForFinished();
-            return -1;
-        }
-        if (out)
-            *out = process.readAllStandardOutput();
-        if (err)
-            *err = process.readAllStandardError();
+        out = process.readAllStandardOutput();
+        err = process.readAllStandardError();
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     };
-
-    QByteArray out;
-    EXPECT_EQ(run({"rewrite", path, "Some Other Printer"}, &out), 0);
+    EXPECT_EQ(run({"rewrite", path, "Some Other Printer"}), 0);
     EXPECT_EQ(readFile(path), "a" + Fixed + Marker + "b");
     EXPECT_TRUE(out.contains("left as it is")) << out.constData();
-
-    EXPECT_EQ(run({"rewrite", path, Disc}, &out), 0);
+    EXPECT_EQ(run({"rewrite", path, Disc}), 0);
     EXPECT_EQ(readFile(path), "a" + Marker + Fixed + "b");
     EXPECT_TRUE(out.contains("rewritten")) << out.constData();
-
-    QByteArray err;
     const QString missing = folder.path() + "/missing.prn";
-    EXPECT_EQ(run({"rewrite", missing, Disc}, nullptr, &err), 1);
+    EXPECT_EQ(run({"rewrite", missing, Disc}), 1);
     EXPECT_EQ(err, ("Error Reading: " + missing + "\n").toUtf8());
     EXPECT_EQ(run({"rewrite", path}), 2);
 }

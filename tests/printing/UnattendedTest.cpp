@@ -1,19 +1,12 @@
-#include "PrintOutput.h"
-#include "PrivateCups.h"
-#include "TestSupport.h"
+#include "PrintSupport.h"
 
 #include "document/CDrawDoc.h"
 #include "fields/DataFields.h"
-#include "objects/CDrawRect.h"
 #include "platform/Folders.h"
-#include "platform/Spooler.h"
 #include "templates/CTemplateFile.h"
-
-#include <gtest/gtest.h>
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 
@@ -27,23 +20,20 @@ struct RunResult {
 
 // The real program, printing unattended as a script starts it: no display, its own profile,
 // the tests' scheduler.
-class UnattendedTest : public ::testing::Test {
+class UnattendedTest : public PrintingTest {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(cups.Running()) << cups.Failure().toStdString();
-        cups.UseAgain();
-        cups.RawPrinter().Clear();
+        PrintingTest::SetUp();
         program = QCoreApplication::applicationDirPath() + "/tessarelle";
         ASSERT_TRUE(QFile::exists(program));
         templates = CTemplateFile::LoadTemplateList(Folders::InstallDirectory() + "Templates");
         ASSERT_FALSE(templates.empty());
     }
-
     void TearDown() override
     {
         g_dataFields.clear();
-        cups.UseAgain();
+        PrintingTest::TearDown();
     }
 
     RunResult run(const QStringList& arguments, const QString& server = QString())
@@ -88,10 +78,7 @@ protected:
         CDrawDoc doc;
         doc.SetTemplates(&templates);
         doc.OnNewDocument();
-        auto square = std::make_unique<CDrawRect>(CRect(300, 0, 600, -300));
-        square->m_flags = 2;
-        square->m_fillColor1 = gfx::Color(255, 255, 0, 0);
-        doc.Add(std::move(square));
+        addRedSquare(doc);
         EXPECT_TRUE(QDir().mkpath(QFileInfo(path).absolutePath()));
         EXPECT_TRUE(doc.OnSaveDocument(path));
         g_dataFields.clear();
@@ -122,15 +109,7 @@ protected:
         return last;
     }
 
-    static QByteArray bytesOf(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    PrivateCups& cups = PrivateCups::Instance();
     QTemporaryDir home;
-    TestFolder folder;
     QString program;
     std::vector<CTemplateFile> templates;
 };
@@ -155,71 +134,63 @@ TEST_F(UnattendedTest, EachRunPrintsOneDiscAndSavesTheCounterBack)
     EXPECT_NEAR(PrintOutput::FirstRedColumn(PrintOutput::Render(pdf, 100), 288), 338, 2);
     // 1, 2, 3, 1, 2 printed; 3 is next.
     EXPECT_EQ(discNumber(project), 3u);
+
+    // A picture is printed as it is; one that can't be read prints an empty label.
+    QImage blue(300, 300, QImage::Format_RGB32);
+    blue.fill(QColor(0, 0, 255));
+    const QString picture = folder.path() + "/picture.png";
+    ASSERT_TRUE(blue.save(picture));
+    for (const QString& path : {picture, folder.path() + "/missing.png"}) {
+        const RunResult result = run({"-PRINTER", "Raw", "-PRINT", path});
+        EXPECT_EQ(result.exitCode, lastJob("Raw") & 0xFF);
+        EXPECT_TRUE(result.errors.isEmpty()) << result.errors.toStdString();
+    }
+    ASSERT_TRUE(cups.RawPrinter().WaitForJobs(7, 30000));
+    const QColor middle = PrintOutput::Render(cups.RawPrinter().Jobs().value(5), 100).pixelColor(338, 238);
+    EXPECT_TRUE(middle.blue() > 200 && middle.red() < 60) << middle.name().toStdString();
 }
 
 TEST_F(UnattendedTest, FailuresEndTheRunWithTheirResultAndMessage)
 {
     const QString project = makeProject(folder.path() + "/label.dst");
-    const QByteArray saved = bytesOf(project);
-
-    RunResult result = run({"-PRINTER", "Nowhere", "-PRINT", project});
-    EXPECT_EQ(result.exitCode, 255);
-    EXPECT_TRUE(result.errors.contains("Error:  Unable to connect to Nowhere. Error 1030")) << result.errors.toStdString();
-
-    result = run({"-PRINTER", "Raw", "-PRINT", project}, "127.0.0.1:1");
-    EXPECT_EQ(result.exitCode, 255);
-    EXPECT_TRUE(result.errors.contains("Error:  Unable to connect to Raw. Error 1283")) << result.errors.toStdString();
-
+    const QByteArray saved = readFile(project);
+    const auto expectFailure = [&](const QString& printer, const QString& server, int code, const QString& text) {
+        const RunResult result = run({"-PRINTER", printer, "-PRINT", project}, server);
+        EXPECT_EQ(result.exitCode, code) << printer.toStdString();
+        EXPECT_TRUE(result.errors.contains(text)) << result.errors.toStdString();
+    };
+    expectFailure("Nowhere", QString(), 255, "Error:  Unable to connect to Nowhere. Error 1030");
+    expectFailure("Raw", "127.0.0.1:1", 255, "Error:  Unable to connect to Raw. Error 1283");
     ASSERT_TRUE(cups.Run("lpadmin", {"-p", "Closed", "-E", "-v", "socket://127.0.0.1:9"}));
     ASSERT_TRUE(cups.Run("cupsreject", {"Closed"}));
-    result = run({"-PRINTER", "Closed", "-PRINT", project});
-    EXPECT_EQ(result.exitCode, 254);
-    EXPECT_TRUE(result.errors.contains("Could not start print job.")) << result.errors.toStdString();
-    EXPECT_EQ(bytesOf(project), saved);
+    expectFailure("Closed", QString(), 254, "Could not start print job.");
+    EXPECT_EQ(readFile(project), saved);
 
     // A stopped printer keeps the job: the disc counts as printed.
     ASSERT_TRUE(cups.Run("cupsaccept", {"Closed"}));
     ASSERT_TRUE(cups.Run("cupsdisable", {"Closed"}));
-    result = run({"-PRINTER", "Closed", "-PRINT", project});
+    const RunResult kept = run({"-PRINTER", "Closed", "-PRINT", project});
     const int held = lastJob("Closed");
-    ASSERT_GT(held, 0) << result.errors.toStdString();
-    EXPECT_EQ(result.exitCode, held & 0xFF);
+    ASSERT_GT(held, 0) << kept.errors.toStdString();
+    EXPECT_EQ(kept.exitCode, held & 0xFF);
     EXPECT_EQ(discNumber(project), 2u);
+    Spooler::JobState state = Spooler::Gone;
+    EXPECT_TRUE(Spooler::GetJobState("Closed", held, &state) && state == Spooler::Pending) << state;
     Spooler::CancelJob("Closed", held);
     EXPECT_TRUE(cups.Run("lpadmin", {"-x", "Closed"}));
 
     // A project that can't be read: its message, and the empty label prints; the file stays.
-    const QString damaged = folder.write("damaged.dst", "no project at all");
-    result = run({"-PRINTER", "Raw", "-PRINT", damaged});
-    EXPECT_EQ(result.exitCode, lastJob("Raw") & 0xFF);
-    EXPECT_TRUE(result.errors.contains("Unexpected file format.")) << result.errors.toStdString();
-    EXPECT_EQ(bytesOf(damaged), QByteArray("no project at all"));
-    const QString cut = folder.write("cut.dst", saved.left(saved.size() / 2));
-    result = run({"-PRINTER", "Raw", "-PRINT", cut});
-    EXPECT_EQ(result.exitCode, lastJob("Raw") & 0xFF);
-    EXPECT_FALSE(result.errors.isEmpty());
-    EXPECT_EQ(bytesOf(cut), saved.left(saved.size() / 2));
+    const QByteArray cut = saved.left(saved.size() / 2);
+    for (const auto& [name, bytes, message] : {std::tuple{"damaged.dst", QByteArray("no project at all"),
+                                                          "Unexpected file format."},
+                                               std::tuple{"cut.dst", cut, ""}}) {
+        const QString path = folder.write(name, bytes);
+        const RunResult result = run({"-PRINTER", "Raw", "-PRINT", path});
+        EXPECT_EQ(result.exitCode, lastJob("Raw") & 0xFF);
+        EXPECT_TRUE(!result.errors.isEmpty() && result.errors.contains(message)) << result.errors.toStdString();
+        EXPECT_EQ(readFile(path), bytes);
+    }
     EXPECT_TRUE(cups.RawPrinter().WaitForJobs(2, 30000));
-}
-
-TEST_F(UnattendedTest, APictureIsPrintedAsItIs)
-{
-    QImage blue(300, 300, QImage::Format_RGB32);
-    blue.fill(QColor(0, 0, 255));
-    const QString picture = folder.path() + "/picture.png";
-    ASSERT_TRUE(blue.save(picture));
-    RunResult result = run({"-PRINTER", "Raw", "-PRINT", picture});
-    EXPECT_EQ(result.exitCode, lastJob("Raw") & 0xFF);
-    EXPECT_TRUE(result.errors.isEmpty()) << result.errors.toStdString();
-    ASSERT_TRUE(cups.RawPrinter().WaitForJobs(1, 30000));
-    const QImage page = PrintOutput::Render(cups.RawPrinter().Jobs().value(0), 100);
-    const QColor middle = page.pixelColor(338, 238); // an inch right of the centre, in the disc
-    EXPECT_TRUE(middle.blue() > 200 && middle.red() < 60) << middle.name().toStdString();
-
-    // One that can't be read prints an empty label.
-    result = run({"-PRINTER", "Raw", "-PRINT", folder.path() + "/missing.png"});
-    EXPECT_EQ(result.exitCode, lastJob("Raw") & 0xFF);
-    ASSERT_TRUE(cups.RawPrinter().WaitForJobs(2, 30000));
 }
 
 } // namespace
