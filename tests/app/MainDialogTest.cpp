@@ -174,42 +174,40 @@ TEST_F(MainDialog, WindowIsCentredInTheWorkArea)
     EXPECT_EQ(CSendrillDlg::CentredGeometry(QRect(0, 0, 640, 480)), QRect(-80, -43, 800, 566));
 }
 
-TEST_F(MainDialog, WaitingUpdateStartsOnceWithRestartAndClearsBothRequests)
+TEST_F(MainDialog, AWaitingUpdateStartsOnceAndClearsItsRequests)
 {
-    const QString record = writeUpdater(QStringLiteral("update.EXE"));
-    EXPECT_EQ(CSendrillDlg::FindUpdater(app.m_strInstallDir), install.path() + QStringLiteral("/update.EXE"));
-
-    Profile::WriteInt(Settings, QStringLiteral("Update"), 1);
-    Profile::WriteInt(Settings, QStringLiteral("UpdateRestart"), 1);
-    CSendrillDlg::RunPendingUpdate(app.m_strInstallDir);
-    EXPECT_EQ(waitFor(record), QStringLiteral("-restart"));
-    EXPECT_EQ(Profile::GetInt(Settings, QStringLiteral("Update"), -1), 0);
-    EXPECT_EQ(Profile::GetInt(Settings, QStringLiteral("UpdateRestart"), -1), 0);
-    EXPECT_TRUE(messages.isEmpty());
-
-    // Without a waiting update nothing starts.
-    QFile::remove(record);
-    CSendrillDlg::RunPendingUpdate(app.m_strInstallDir);
-    QThread::msleep(200);
-    EXPECT_FALSE(QFile::exists(record));
-}
-
-TEST_F(MainDialog, UpdateWithoutRestartStartsFromTheDialogsDestructorAndAMissingOneIsReported)
-{
+    // None there: its message, and the request is cleared all the same.
     EXPECT_EQ(CSendrillDlg::FindUpdater(app.m_strInstallDir), app.m_strInstallDir + QStringLiteral("Update.exe"));
     Profile::WriteInt(Settings, QStringLiteral("Update"), 1);
     CSendrillDlg::RunPendingUpdate(app.m_strInstallDir);
     EXPECT_EQ(messages, QStringList{QStringLiteral("Error starting Update.exe")});
     EXPECT_EQ(Profile::GetInt(Settings, QStringLiteral("Update"), -1), 0);
 
-    const QString record = writeUpdater(QStringLiteral("Update.exe"));
+    // Found whatever the case of its name; asked to restart the program, it is told so.
+    const QString record = writeUpdater(QStringLiteral("update.EXE"));
+    EXPECT_EQ(CSendrillDlg::FindUpdater(app.m_strInstallDir), install.path() + QStringLiteral("/update.EXE"));
+    Profile::WriteInt(Settings, QStringLiteral("Update"), 1);
+    Profile::WriteInt(Settings, QStringLiteral("UpdateRestart"), 1);
+    CSendrillDlg::RunPendingUpdate(app.m_strInstallDir);
+    EXPECT_EQ(waitFor(record), QStringLiteral("-restart"));
+    EXPECT_EQ(Profile::GetInt(Settings, QStringLiteral("Update"), -1), 0);
+    EXPECT_EQ(Profile::GetInt(Settings, QStringLiteral("UpdateRestart"), -1), 0);
+
+    // Without the restart it starts from the dialog's destructor, with no arguments of its own.
+    QFile::remove(record);
     Profile::WriteInt(Settings, QStringLiteral("Update"), 1);
     {
         CSendrillDlg dlg(app);
         ASSERT_TRUE(dlg.OnInitDialog());
     }
-    EXPECT_EQ(waitFor(record), QString()); // no arguments beyond the updater's own path
+    EXPECT_EQ(waitFor(record), QString());
     EXPECT_EQ(Profile::GetInt(Settings, QStringLiteral("Update"), -1), 0);
+
+    // Without a waiting update nothing starts.
+    QFile::remove(record);
+    CSendrillDlg::RunPendingUpdate(app.m_strInstallDir);
+    QThread::msleep(200);
+    EXPECT_FALSE(QFile::exists(record));
 }
 
 } // namespace
