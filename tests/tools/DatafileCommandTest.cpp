@@ -2,7 +2,7 @@
 #include "TestSupport.h"
 #include "fields/DataFields.h"
 
-TEST(DatafileCommand, ShowsEncodingLinesAndTheRecordsAFieldPicks)
+TEST(DatafileCommand, ShowsEncodingLinesAndTheRecordsAFieldPicksOrWhatFailed)
 {
     TestFolder folder;
     const QString path = folder.write("names.csv", "\xEF\xBB\xBF" "Ann,B\xC3\xA9la\r\nCy,\r\nDee");
@@ -34,19 +34,16 @@ TEST(DatafileCommand, ShowsEncodingLinesAndTheRecordsAFieldPicks)
     EXPECT_EQ(lines["delimiter"].toString(), "line");
     EXPECT_EQ(strings(lines["lines"]), (QStringList{"\u00E9t\u00E9", "x", ""}));
     EXPECT_EQ(strings(lines["records"]), (QStringList{"\u00E9t\u00E9\r", "x\r"}));
-}
 
-TEST(DatafileCommand, FailuresAndBadArguments)
-{
-    TestFolder folder;
+    // Failures and bad arguments.
     const CliRun missing = runCli({"datafile", folder.path() + "/none.txt"});
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_FALSE(missing.json()["error"].toString().isEmpty());
 
-    const QString path = folder.write("a.txt", "a\n");
+    const QString plain = folder.write("a.txt", "a\n");
     const std::pair<QStringList, int> cases[] = {
-        {{}, 2}, {{path, "--delimiter", "tab"}, 2}, {{path, "--delimiter"}, 2}, {{path, path}, 2},
-        {{path, "--delimiter", "semicolon"}, 0},
+        {{}, 2}, {{plain, "--delimiter", "tab"}, 2}, {{plain, "--delimiter"}, 2}, {{plain, plain}, 2},
+        {{plain, "--delimiter", "semicolon"}, 0},
     };
     for (const auto& [args, exitCode] : cases)
         EXPECT_EQ(runCli(QStringList{"datafile"} + args).exitCode, exitCode) << args.join(' ').toStdString();

@@ -54,7 +54,7 @@ TEST(TemplatesCommand, FolderListsEveryFileInLoadOrder)
     EXPECT_LT(run.out.indexOf("\"Rotation\""), run.out.indexOf("\"EdgeDia\""));
 }
 
-TEST(TemplatesCommand, SingleFilesAndTheProgramsOwn)
+TEST(TemplatesCommand, SingleFilesTheProgramsOwnAndTheUsage)
 {
     TestFolder folder;
     CliRun run = runCli({"templates", folder.write("one.tmp", Sheet)});
@@ -79,10 +79,8 @@ TEST(TemplatesCommand, SingleFilesAndTheProgramsOwn)
     EXPECT_TRUE(list[0]["path"].toString().endsWith("/Templates/Default.tmp"));
     for (const QJsonValue& entry : list)
         EXPECT_FALSE(entry.toObject().contains("error")) << entry["path"].toString().toStdString();
-}
 
-TEST(TemplatesCommand, BadArgumentsShowTheUsage)
-{
+    // Bad arguments show the usage.
     for (const QStringList& args : {QStringList(), QStringList({"nonsense"}), QStringList({"templates", "a", "b"}),
                                     QStringList({"templates", "--bogus"})}) {
         const CliRun run = runCli(args);
