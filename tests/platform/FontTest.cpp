@@ -24,7 +24,7 @@ bool allFiguresClosed(const GraphicsPath& path)
 
 } // namespace
 
-TEST(FontFamily, FindsInstalledFamiliesAndMetricTwinsAndNothingElse)
+TEST(Font, FamiliesAndTwinsMetricsWithoutKerningAndAnySize)
 {
     EXPECT_EQ(FontFamily(Sans).GetFamilyName(), Sans);
     // A label set in Arial keeps its widths with the metric-compatible face.
@@ -33,10 +33,7 @@ TEST(FontFamily, FindsInstalledFamiliesAndMetricTwinsAndNothingElse)
     EXPECT_FALSE(FontFamily(Missing).IsAvailable());
     EXPECT_FALSE(FontFamily(QString()).IsAvailable());
     EXPECT_TRUE(FontFamily::GenericSansSerif().IsAvailable());
-}
 
-TEST(Font, MetricsAreThoseOfTheFaceWithoutKerningAndScaleToAnySize)
-{
     Bitmap canvas(4, 4);
     Graphics graphics(canvas);
     const Font font(FontFamily(Sans), 50, FontStyleRegular);

@@ -62,22 +62,18 @@ TEST(Metafile, PlaceableMetafileIsRasterisedAt96DpiWhateverTheName)
         const char* name;
         int width, height, unitsPerInch;
         QSize size;
-        QPoint red, red2, clear, clear2;
-    } cases[] = {{"rect.wmf", 100, 50, 96, {100, 50}, {50, 25}, {21, 11}, {5, 5}, {90, 45}},
-                 {"picture.bin", 2880, 1440, 1440, {192, 96}, {2, 1}, {2, 1}, {100, 50}, {100, 50}}};
+        QPoint red, clear;
+    } cases[] = {{"rect.wmf", 100, 50, 96, {100, 50}, {21, 11}, {90, 45}},
+                 {"picture.bin", 2880, 1440, 1440, {192, 96}, {2, 1}, {100, 50}}};
     TestFolder folder;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         const Image image(folder.write(c.name, redRectangle(c.width, c.height, c.unitsPerInch)));
         ASSERT_EQ(image.GetLastStatus(), Status::Ok);
         EXPECT_EQ(image.GetType(), ImageType::Metafile);
-        EXPECT_EQ(int(image.GetType()), 2);
         EXPECT_EQ(QSize(int(image.GetWidth()), int(image.GetHeight())), c.size);
         EXPECT_EQ(image.image().pixel(c.red), qRgb(255, 0, 0));
-        EXPECT_EQ(image.image().pixel(c.red2), qRgb(255, 0, 0));
-        // What the metafile leaves unpainted is transparent.
-        EXPECT_EQ(qAlpha(image.image().pixel(c.clear)), 0);
-        EXPECT_EQ(qAlpha(image.image().pixel(c.clear2)), 0);
+        EXPECT_EQ(qAlpha(image.image().pixel(c.clear)), 0); // what the metafile leaves unpainted is transparent
     }
 
     // The program mirrors the world for metafiles instead; turning the picture as well would
