@@ -61,19 +61,16 @@ protected:
         target.SetCurLabel(0);
 
         g_dataFields.assign(3, DATAFIELD{});
-        DATAFIELD& disc = g_dataFields[0];
-        disc.Tag = QStringLiteral("/*TAG1*/");
-        disc.Type = DATAFIELD::Disc;
-        disc.DiscNumber = 3;
-        disc.DiscTotal = 10;
-        DATAFIELD& serial = g_dataFields[1];
-        serial.Tag = QStringLiteral("/*TAG2*/");
-        serial.Type = DATAFIELD::SerialNumber;
-        serial.Serial = 0xFFFFFFFF;
-        serial.SerialIncrement = 7;
+        const int types[] = {DATAFIELD::Disc, DATAFIELD::SerialNumber, DATAFIELD::DataFile};
+        for (int i = 0; i < 3; ++i) {
+            g_dataFields[i].Tag = QStringLiteral("/*TAG%1*/").arg(i + 1);
+            g_dataFields[i].Type = types[i];
+        }
+        g_dataFields[0].DiscNumber = 3;
+        g_dataFields[0].DiscTotal = 10;
+        g_dataFields[1].Serial = 0xFFFFFFFF;
+        g_dataFields[1].SerialIncrement = 7;
         DATAFIELD& file = g_dataFields[2];
-        file.Tag = QStringLiteral("/*TAG3*/");
-        file.Type = DATAFIELD::DataFile;
         file.FileName = QStringLiteral("names.csv");
         file.Delimiter = DATAFIELD::SemiColon;
         file.FileIndex = 41;
