@@ -58,8 +58,8 @@ TEST(LinearGradientBrush, EachModeRunsFromItsStartToItsEndAndRepeats)
     expectPixels(canvas, {{100, 5, Qt::red, 6}, {149, 5, Qt::blue, 6}, {49, 5, Qt::blue, 6},
                           {10, 5, pixelAt(canvas, 110, 5), 1}});
     // An empty rectangle paints nothing.
-    EXPECT_EQ(pixelAt(fillWith(LinearGradientBrush(QRectF(2, 2, 0, 5), Red, Blue, LinearGradientMode::Horizontal), 10, 10), 5, 5),
-              QColor(Qt::white));
+    const LinearGradientBrush empty(QRectF(2, 2, 0, 5), Red, Blue, LinearGradientMode::Horizontal);
+    EXPECT_EQ(pixelAt(fillWith(empty, 10, 10), 5, 5), QColor(Qt::white));
 }
 
 TEST(LinearGradientBrush, BlendsPlainComponentsAndOptionallyInLinearLight)

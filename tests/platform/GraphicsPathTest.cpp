@@ -44,7 +44,8 @@ TEST(GraphicsPathArc, AnglesAreGeometricAndSweepsKeepTheirDirection)
         SCOPED_TRACE(a.start);
         GraphicsPath arc;
         arc.AddArc(rect, a.start, a.sweep);
-        EXPECT_NEAR(angleFrom(rect.center(), arc.GetPathPoints().front()), a.start > 180 ? a.start - 360 : a.start, 1e-3);
+        const double start = a.start > 180 ? a.start - 360 : a.start;
+        EXPECT_NEAR(angleFrom(rect.center(), arc.GetPathPoints().front()), start, 1e-3);
         EXPECT_NEAR(angleFrom(rect.center(), arc.GetPathPoints().back()), a.end, 1e-3);
         expectBounds(arc, a.bounds, 0.05);
     }

@@ -92,7 +92,8 @@ TEST(DeviceContext, MappingRoundsHalvesAwayFromZeroBothWays)
     dc.SetViewportOrg(-3, 0);
     EXPECT_EQ(dc.Mapping().map(QPointF(1, 1)), QPointF(4.5, 2.5));
     // Logical to device is (x + 2) * 2.5 - 3, (y - 2) * -2.5; device to logical undoes it.
-    const std::pair<CPoint, CPoint> toDevice[] = {{{0, 0}, {2, 5}}, {{1, 1}, {5, 3}}, {{-1, 3}, {-1, -3}}, {{3, 0}, {10, 5}}};
+    const std::pair<CPoint, CPoint> toDevice[] = {
+        {{0, 0}, {2, 5}}, {{1, 1}, {5, 3}}, {{-1, 3}, {-1, -3}}, {{3, 0}, {10, 5}}};
     for (const auto& [logical, device] : toDevice)
         EXPECT_EQ(dc.LPtoDP(logical), device);
     const std::pair<CPoint, CPoint> toLogical[] = {{{2, 5}, {0, 0}}, {{-4, 0}, {-2, 2}}, {{0, 1}, {-1, 2}}};
@@ -186,7 +187,7 @@ TEST(GraphicsPen, ThinPensFlatEndsMiteredCornersAndDashesInPenWidths)
 
     Pen dashed(Black, 2);
     dashed.SetDashStyle(DashStyle::Dash); // 3 widths on, 1 off: 6 px on, 2 px off
-    const Bitmap flat = drawOn(40, 20, [](Graphics& g) { g.DrawLine(Pen(Black, 6), QPointF(10, 10), QPointF(30, 10)); });
+    const Bitmap flat = drawOn(40, 20, [](Graphics& g) { g.DrawLine(Pen(Black, 6), {10, 10}, {30, 10}); });
     EXPECT_EQ(paintedRect(flat, Qt::black), QRect(10, 7, 20, 6)); // no square caps
     const Bitmap dashes = drawOn(16, 4, [&](Graphics& g) { g.DrawLine(dashed, QPointF(0, 2), QPointF(16, 2)); });
     EXPECT_EQ(rowsOf(dashes.image())[2], "######..######..");

@@ -15,7 +15,8 @@ const QColor white(Qt::white), black(Qt::black);
 // so that its tip (1, 0) points outward along the line.
 CustomLineCap arrowCap(float scale, float inset = 0, bool stroked = false)
 {
-    GraphicsPath path = stroked ? polygonPath({{-2, -2}, {2, 0}, {-2, 2}, {2, 0}}) : polygonPath({{-1, -1}, {1, 0}, {-1, 1}});
+    GraphicsPath path =
+        stroked ? polygonPath({{-2, -2}, {2, 0}, {-2, 2}, {2, 0}}) : polygonPath({{-1, -1}, {1, 0}, {-1, 1}});
     Matrix turn;
     turn.Rotate(90);
     path.Transform(turn);
@@ -56,7 +57,8 @@ TEST(LineCaps, CustomHeadsLandAtTheirEndSizedAndInsetByTheCapAndSurviveCopies)
     const CustomLineCap arrow = arrowCap(5); // one cap unit = 10
     // The tip reaches one unit past the end; the head's base is two units wide; nothing at the start.
     expectPixels(drawLine(blackPen(2, nullptr, &arrow)),
-                 {{168, 50, black}, {174, 50, white}, {152, 43, black}, {142, 33, white}, {35, 50, white}, {45, 46, white}});
+                 {{168, 50, black}, {174, 50, white}, {152, 43, black}, {142, 33, white}, {35, 50, white},
+                  {45, 46, white}});
     expectPixels(drawLine(blackPen(2, &arrow, nullptr)), {{32, 50, black}, {48, 43, black}, {168, 50, white}});
     // A larger scale: one unit = 20, the base spans 40 across at x = 140.
     const CustomLineCap large = arrowCap(10);
@@ -67,7 +69,8 @@ TEST(LineCaps, CustomHeadsLandAtTheirEndSizedAndInsetByTheCapAndSurviveCopies)
         SCOPED_TRACE(inset);
         const CustomLineCap cap = detachedCap(inset);
         // The detached cap itself stays where it is.
-        expectPixels(drawLine(blackPen(2, nullptr, &cap)), {{lastInked, 50, black}, {lastInked + 4, 50, white}, {185, 50, black}});
+        expectPixels(drawLine(blackPen(2, nullptr, &cap)),
+                     {{lastInked, 50, black}, {lastInked + 4, 50, white}, {185, 50, black}});
     }
 
     // A stroked head is an outline: arms from the tip (170, 50) back to (150, 40) and (150, 60).

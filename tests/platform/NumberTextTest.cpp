@@ -15,8 +15,9 @@ TEST(NumberText, NumbersTakeTheLeadingDigitsOnlyWhateverTheLocale)
 
     // A locale with a decimal comma must not change how files are read.
     std::setlocale(LC_NUMERIC, "de_DE.UTF-8");
-    const std::pair<const char*, double> doubles[] = {{"4.65", 4.65}, {" -1.5e2mm", -150.0}, {"+.5", 0.5}, {"4,65", 4.0},
-                                                      {"abc", 0.0},   {"", 0.0},             {"1e-999", 0.0}};
+    const std::pair<const char*, double> doubles[] = {{"4.65", 4.65}, {" -1.5e2mm", -150.0}, {"+.5", 0.5},
+                                                      {"4,65", 4.0},  {"abc", 0.0},          {"", 0.0},
+                                                      {"1e-999", 0.0}};
     for (const auto& [text, value] : doubles)
         EXPECT_DOUBLE_EQ(NumberText::ToDouble(text), value) << text;
     EXPECT_TRUE(std::isinf(NumberText::ToDouble("1e999")));

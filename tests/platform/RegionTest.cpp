@@ -33,7 +33,8 @@ TEST(Region, ExcludeCutsHolesAndExcludingEverythingLeavesNothing)
     GraphicsPath disc;
     disc.AddEllipse(QRectF(-50, -50, 100, 100));
     mask.Exclude(disc);
-    for (const auto& [point, in] : {std::pair(QPointF(0, 0), false), {{40, 0}, false}, {{60, 0}, true}, {{-90, -90}, true}})
+    for (const auto& [point, in] :
+         {std::pair(QPointF(0, 0), false), {{40, 0}, false}, {{60, 0}, true}, {{-90, -90}, true}})
         EXPECT_EQ(mask.IsVisible(point), in) << point.x() << "," << point.y();
     EXPECT_EQ(mask.GetBounds(), QRectF(-100, -100, 200, 200));
 
