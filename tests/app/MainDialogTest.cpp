@@ -130,15 +130,6 @@ TEST_F(MainDialog, CommandLineDecidesThisRunOnly)
         EXPECT_TRUE(dlg.Templates().empty());
     }
     {
-        // Print without a printer: the designer with the path as it stands, exit code -1.
-        CSendrillDlg dlg(app);
-        dlg.m_strCmdLine = QStringLiteral("-PRINT \"/tmp/My Label.DST");
-        EXPECT_TRUE(dlg.OnInitDialog());
-        EXPECT_EQ(dlg.StartMode(), CommandLine::Dispatch::OpenProject);
-        EXPECT_EQ(dlg.ProjectPath(), QStringLiteral("\"/tmp/My Label.DST"));
-        EXPECT_EQ(app.m_nExitCode, -1);
-    }
-    {
         // A project named on the line opens in the designer.
         CDrawDoc saved;
         saved.Add(std::make_unique<CDrawRect>(CRect(-10, 10, 10, -10)));
