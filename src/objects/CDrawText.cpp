@@ -250,7 +250,8 @@ void CDrawText::Layout()
 
     m_textPath.Reset();
     const CRect n = m_position.Normalized();
-    const float w = float(n.Width()), h = float(n.Height());
+    // Measured in double: a curved text's box from a damaged file may span more than int holds.
+    const float w = float(double(n.right) - n.left), h = float(double(n.bottom) - n.top);
     if (IsStraight())
         LayoutStraight(s, lines, w, h);
     else

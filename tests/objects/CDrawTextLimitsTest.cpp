@@ -35,3 +35,19 @@ TEST(CDrawTextLimits, StraightTextAtTheEdgeOfTheRangeKeepsItsBoxFromLayoutToLayo
     middle.Layout();
     EXPECT_EQ(middle.m_position.CenterPoint(), CPoint(0, 0));
 }
+
+// A curved text's box from a damaged file may span more than int holds; the text still runs
+// along the top of its ellipse, as in a box of ordinary size (the path is in the box's frame).
+TEST(CDrawTextLimits, CurvedTextInABoxWiderThanIntRunsAlongItsEllipse)
+{
+    for (int kind : {int(CDrawText::CurvedCW), int(CDrawText::SpiralCCW)}) {
+        CDrawText text(CRect(-2000000000, 2000000000, 2000000000, -2000000000));
+        text.m_text = QStringLiteral("Hello");
+        text.m_textPathKind = kind;
+        text.Layout();
+        const QRectF bounds = text.m_textPath.GetBounds();
+        EXPECT_NEAR(bounds.center().x(), 2e9, 2e7) << kind;
+        EXPECT_GT(bounds.top(), 3.6e9) << kind;
+        EXPECT_LT(bounds.bottom(), 4.1e9) << kind;
+    }
+}
