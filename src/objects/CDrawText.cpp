@@ -239,10 +239,12 @@ void CDrawText::Layout()
         const long long hw = truncToInt(widest / 2.0 + 1), hh = truncToInt(height / 2 + 1);
         // A box that would reach beyond the coordinates' range moves in whole instead of being
         // cut: it keeps its centre, so laying it out again (the next open) gives the same box.
-        const long long cx = std::clamp<long long>(c.x, std::min(hw - CoordinateLimit, 0LL),
-                                                   std::max(CoordinateLimit - hw, 0LL));
-        const long long cy = std::clamp<long long>(c.y, std::min(hh - CoordinateLimit, 0LL),
-                                                   std::max(CoordinateLimit - hh, 0LL));
+        // (A negative font size from a damaged file makes the half-width negative.)
+        const long long ahw = std::llabs(hw), ahh = std::llabs(hh);
+        const long long cx = std::clamp<long long>(c.x, std::min(ahw - CoordinateLimit, 0LL),
+                                                   std::max(CoordinateLimit - ahw, 0LL));
+        const long long cy = std::clamp<long long>(c.y, std::min(ahh - CoordinateLimit, 0LL),
+                                                   std::max(CoordinateLimit - ahh, 0LL));
         m_position = CRect(clampCoordinate(cx - hw), clampCoordinate(cy + hh), clampCoordinate(cx + hw),
                            clampCoordinate(cy - hh));
         m_aspect = aspectOf(m_position);

@@ -29,6 +29,16 @@ TEST(CDrawTextLimits, StraightTextAtTheEdgeOfTheRangeKeepsItsBoxFromLayoutToLayo
         text.Layout();
         EXPECT_EQ(text.m_position, first) << c.name;
     }
+    // A negative font size makes the box narrower than nothing: its left side is on the right.
+    // At the edge of the range it too stays where it is.
+    CDrawText flipped(CRect(INT_MAX / 2, INT_MAX / 2, INT_MAX / 2, 1016237621));
+    flipped.m_text.clear();
+    flipped.m_fontSize = -16777216;
+    flipped.Layout();
+    const CRect first = flipped.m_position;
+    EXPECT_LT(first.Width(), 0);
+    flipped.Layout();
+    EXPECT_EQ(flipped.m_position, first);
     // Inside the range the centre stays exactly where it was.
     CDrawText middle(CRect(-300, 200, 300, -200));
     middle.m_text = QStringLiteral("Mix Nr. 7");
