@@ -24,6 +24,9 @@ void FuzzSetUp(int argc, char** argv, bool yes)
     static char* appArgv[] = {argc > 0 ? argv[0] : const_cast<char*>("fuzz"), nullptr};
     static QGuiApplication app(appArgc, appArgv);
 
+    // Qt's own warnings (a file name with a NUL in it, say) would flood the output as well.
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+
     const int answer = yes ? MessageBox::IdYes : MessageBox::IdNo;
     MessageBox::SetPresenter([answer](const QString&, int style) {
         return (style & 0xF) == MessageBox::YesNo ? answer : int(MessageBox::IdOk);
