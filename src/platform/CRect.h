@@ -2,6 +2,8 @@
 
 #include "platform/CPoint.h"
 
+#include <climits>
+
 // A rectangle kept as drawn: in the label's y-up space top is normally greater than bottom,
 // so code that needs left <= right and top <= bottom works on a normalised copy.
 struct CRect {
@@ -13,8 +15,10 @@ struct CRect {
     constexpr CRect() = default;
     constexpr CRect(int l, int t, int r, int b) : left(l), top(t), right(r), bottom(b) {}
 
-    constexpr int Width() const { return right - left; }
-    constexpr int Height() const { return bottom - top; }
+    // Extents held at the ends of the int range: a damaged file's corners can lie further apart
+    // than an int can count.
+    constexpr int Width() const { return saturated((long long)right - left); }
+    constexpr int Height() const { return saturated((long long)bottom - top); }
     constexpr CPoint TopLeft() const { return {left, top}; }
     constexpr CPoint BottomRight() const { return {right, bottom}; }
     // Summed in 64 bits: the mean of two ints always fits, their sum may not (a damaged file).
@@ -27,6 +31,11 @@ struct CRect {
     constexpr bool IsRectEmpty() const { return Width() <= 0 || Height() <= 0; }
     // Half-open containment: left and top edges inside, right and bottom outside.
     constexpr bool PtInRect(CPoint p) const { return p.x >= left && p.x < right && p.y >= top && p.y < bottom; }
+
+    static constexpr int saturated(long long value)
+    {
+        return value > INT_MAX ? INT_MAX : value < INT_MIN ? INT_MIN : int(value);
+    }
 
     void NormalizeRect();
     CRect Normalized() const;
