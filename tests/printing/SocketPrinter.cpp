@@ -74,9 +74,10 @@ void SocketPrinter::Serve()
                 open[fds[i].fd].append(buffer, got);
                 continue;
             }
-            // The sender has finished: the job is complete.
+            // The sender has finished: the job is complete. A connection that brought nothing
+            // was the spooler looking for the printer, not a job.
             ::close(fds[i].fd);
-            {
+            if (!open[fds[i].fd].isEmpty()) {
                 std::lock_guard lock(m_mutex);
                 m_jobs.append(open[fds[i].fd]);
             }
