@@ -1,6 +1,7 @@
 // Expanding a label text whose Data File field shows record 50,000 of a 5 MB data file. The
 // file is read anew at every expansion, so this is the reader's speed: in 8-bit text, UTF-8
 // and UTF-16, by lines and by commas.
+#include "BenchSupport.h"
 #include "fields/DataFields.h"
 
 #include <benchmark/benchmark.h>
@@ -14,12 +15,6 @@ namespace {
 
 constexpr int TargetBytes = 5 * 1024 * 1024;
 constexpr uint32_t RecordIndex = 50000;
-
-QTemporaryDir& scratch()
-{
-    static QTemporaryDir dir;
-    return dir;
-}
 
 // About 5 MB of address-like records with a line end or a comma behind each; shorter ones in
 // UTF-16, so that its 5 MB hold as many records.

@@ -1,6 +1,7 @@
 // Opening and saving a project of 10,000 objects spread over the three labels: rectangles of
 // every shape with picture paths, and polygons and curves of 12 points. The aim is open plus
 // save under 150 ms.
+#include "BenchSupport.h"
 #include "document/CDrawDoc.h"
 #include "fields/DataFields.h"
 #include "objects/CDrawPoly.h"
@@ -17,12 +18,6 @@
 namespace {
 
 constexpr int ObjectCount = 10000;
-
-QTemporaryDir& scratch()
-{
-    static QTemporaryDir dir;
-    return dir;
-}
 
 void fill(CDrawDoc& doc)
 {
@@ -109,13 +104,5 @@ BENCHMARK(BM_OpenAndSave)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 
 int main(int argc, char** argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    const QByteArray home = scratch().path().toLocal8Bit();
-    setenv("XDG_CONFIG_HOME", home.constData(), 1);
-    setenv("XDG_DATA_HOME", home.constData(), 1);
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarks(argc, argv);
 }

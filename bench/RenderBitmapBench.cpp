@@ -1,5 +1,6 @@
 // Composing a whole sheet for print: a Letter sheet with two disc areas and a 1400 by 1400
 // JPEG background, and a printer tray with one disc, both at 300 units per inch.
+#include "BenchSupport.h"
 #include "document/CDrawDoc.h"
 #include "platform/graphics/Image.h"
 #include "templates/CTemplateFile.h"
@@ -14,12 +15,6 @@
 #include <cstdlib>
 
 namespace {
-
-QTemporaryDir& scratch()
-{
-    static QTemporaryDir dir;
-    return dir;
-}
 
 CTemplateFile templateFrom(const QByteArray& text)
 {
@@ -88,13 +83,5 @@ BENCHMARK(BM_PrinterTemplate)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 
 int main(int argc, char** argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    const QByteArray home = scratch().path().toLocal8Bit();
-    setenv("XDG_CONFIG_HOME", home.constData(), 1);
-    setenv("XDG_DATA_HOME", home.constData(), 1);
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarks(argc, argv);
 }

@@ -1,6 +1,7 @@
 // Drawing a busy label and picking on it: 200 shapes of every fill kind, dashed and gradient
 // outlines and arrow lines on a 4.7 inch disc at 300 units per inch (1410 by 1410 pixels), and
 // a point hit-tested against 1,000 objects.
+#include "BenchSupport.h"
 #include "document/CDrawDoc.h"
 #include "objects/CDrawPoly.h"
 #include "objects/CDrawRect.h"
@@ -21,12 +22,6 @@
 namespace {
 
 constexpr int LabelSize = 1410;
-
-QTemporaryDir& scratch()
-{
-    static QTemporaryDir dir;
-    return dir;
-}
 
 QString picture()
 {
@@ -213,13 +208,5 @@ BENCHMARK(BM_HitTestInsideEveryRing1000)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    const QByteArray home = scratch().path().toLocal8Bit();
-    setenv("XDG_CONFIG_HOME", home.constData(), 1);
-    setenv("XDG_DATA_HOME", home.constData(), 1);
-    QGuiApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarks(argc, argv);
 }

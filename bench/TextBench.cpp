@@ -1,6 +1,7 @@
 // Text at 300 units per inch: laying out a 60-character curved text and a 20-line straight
 // text, drawing a Glowing text with a shadow blurred at 255 around a 4.7 inch disc (1410 by 1410
 // pixels), and the blur alone on a 1410 by 1410 bitmap at sigma 7.
+#include "BenchSupport.h"
 #include "objects/CDrawText.h"
 #include "objects/CGaussBlur.h"
 #include "objects/DefaultProperties.h"
@@ -17,12 +18,6 @@
 namespace {
 
 constexpr int LabelSize = 1410;
-
-QTemporaryDir& scratch()
-{
-    static QTemporaryDir dir;
-    return dir;
-}
 
 std::unique_ptr<CDrawText> makeText(const QString& content, int kind, const CRect& position)
 {
@@ -101,14 +96,5 @@ BENCHMARK(BM_Blur1410Sigma7)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 int main(int argc, char** argv)
 {
-    setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    const QByteArray home = scratch().path().toLocal8Bit();
-    setenv("XDG_CONFIG_HOME", home.constData(), 1);
-    setenv("XDG_DATA_HOME", home.constData(), 1);
-    QGuiApplication app(argc, argv);
-    ResetDefaultProperties();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunBenchmarks(argc, argv, ResetDefaultProperties);
 }

@@ -4,6 +4,7 @@
 // inch, the page painted and compressed into the PDF. The pieces are timed apart as well, and
 // the program itself is started as a process that opens the project and ends (a printer that
 // does not exist), so that start-up and exit show beside the composing.
+#include "BenchSupport.h"
 #include "document/CDrawDoc.h"
 #include "fields/DataFields.h"
 #include "objects/CDrawText.h"
@@ -27,12 +28,6 @@
 #include <memory>
 
 namespace {
-
-QTemporaryDir& scratch()
-{
-    static QTemporaryDir dir;
-    return dir;
-}
 
 QString projectPath() { return scratch().path() + "/bench label.dst"; }
 QString outputPath() { return scratch().path() + "/bench label.prn"; }
