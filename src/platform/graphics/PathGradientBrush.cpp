@@ -2,13 +2,15 @@
 
 #include "platform/graphics/LinearGradientBrush.h"
 
-#include <QLinearGradient>
 #include <QPaintDevice>
 #include <QRadialGradient>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <optional>
+#include <vector>
 
 namespace gfx {
 
@@ -64,6 +66,72 @@ QRect deviceArea(const QPainter& painter, const QPainterPath& shape)
     return area;
 }
 
+// The gradient's position t at every pixel of a layer, in 255ths plus one (0: not reached),
+// from a fan of triangles that each carry a linear ramp; where triangles overlap, the larger t
+// is kept. Pixels are sampled at their centres, without antialiasing, so no seams show between
+// neighbouring triangles.
+class FanLevels {
+public:
+    explicit FanLevels(QSize size) : m_width(size.width()), m_height(size.height()), m_levels(std::size_t(m_width) * m_height, 0) {}
+
+    const std::uint16_t* Data() const { return m_levels.data(); }
+
+    // t is 0 at the centre c and 1 on the line through a and b.
+    void AddTriangle(QPointF c, QPointF a, QPointF b)
+    {
+        const QPointF e = b - a;
+        const double len2 = QPointF::dotProduct(e, e);
+        if (!(len2 > 0) || !std::isfinite(len2) || !std::isfinite(c.x()) || !std::isfinite(c.y()))
+            return;
+        const QPointF foot = a + e * (QPointF::dotProduct(c - a, e) / len2);
+        const QPointF d = foot - c;
+        const double d2 = QPointF::dotProduct(d, d);
+        if (d2 < 1e-12)
+            return; // the centre lies on this edge's line
+        const double tx = d.x() / d2, ty = d.y() / d2;
+
+        const QPointF corners[3] = {c, a, b};
+        const double top = std::min({c.y(), a.y(), b.y()}), bottom = std::max({c.y(), a.y(), b.y()});
+        const int firstRow = std::max(0, int(std::ceil(std::max(top - 0.5, -1.0))));
+        const int lastRow = std::min(m_height - 1, int(std::floor(std::min(bottom - 0.5, double(m_height)))));
+        for (int y = firstRow; y <= lastRow; ++y) {
+            const double yc = y + 0.5;
+            double left = std::numeric_limits<double>::infinity(), right = -left;
+            for (int k = 0; k < 3; ++k) {
+                QPointF p = corners[k], q = corners[(k + 1) % 3];
+                if (p.y() == q.y())
+                    continue;
+                // The same edge of two triangles gives the same crossing, whichever way round.
+                if (q.y() < p.y() || (q.y() == p.y() && q.x() < p.x()))
+                    std::swap(p, q);
+                if (yc < p.y() || yc > q.y())
+                    continue;
+                const double x = p.x() + (yc - p.y()) * (q.x() - p.x()) / (q.y() - p.y());
+                left = std::min(left, x);
+                right = std::max(right, x);
+            }
+            if (!(left <= right))
+                continue;
+            // Columns whose centres lie in [left, right).
+            const int from = std::max(0, int(std::ceil(std::max(left - 0.5, -1.0))));
+            const int to = std::min(m_width, int(std::ceil(std::min(right - 0.5, double(m_width)))));
+            std::uint16_t* row = m_levels.data() + std::size_t(y) * m_width;
+            // t in 255ths, offset by 1.5 so that truncation rounds and lands on the level.
+            double t = ((from + 0.5 - c.x()) * tx + (yc - c.y()) * ty) * 255 + 1.5;
+            const double step = tx * 255;
+            for (int x = from; x < to; ++x, t += step) {
+                const auto level = std::uint16_t(std::clamp(t, 1.0, 256.0));
+                row[x] = std::max(row[x], level);
+            }
+        }
+    }
+
+private:
+    int m_width;
+    int m_height;
+    std::vector<std::uint16_t> m_levels;
+};
+
 } // namespace
 
 PathGradientBrush::PathGradientBrush(const GraphicsPath& path) : m_path(path)
@@ -115,45 +183,26 @@ QBrush PathGradientBrush::QtBrush(const QPainter& painter, const FillContext&) c
     // from 0 at the centre to 1 on the edge's line, along the perpendicular from the centre; the
     // fraction along a ray to the edge is exactly that. Where triangles overlap (an outline not
     // star-shaped from the centre, or several figures: rings and text, whose exact rule is not
-    // confirmed), the larger t wins: the nearest edge beyond the pixel. Drawn without
-    // antialiasing so that no seams show between the triangles; pixels no triangle reaches stay
-    // transparent and take the surround colour.
-    QImage ramp(area.size(), QImage::Format_ARGB32_Premultiplied);
-    ramp.fill(Qt::transparent);
-    {
-        QPainter p(&ramp);
-        p.setCompositionMode(QPainter::CompositionMode_Lighten);
-        p.setPen(Qt::NoPen);
-        for (const QPolygonF& figure : shape.toSubpathPolygons(toDevice)) {
-            const int n = int(figure.size());
-            for (int i = 0; i < n; ++i) {
-                const QPointF a = figure[i], b = figure[(i + 1) % n];
-                const QPointF e = b - a;
-                const double len2 = QPointF::dotProduct(e, e);
-                if (len2 <= 0)
-                    continue;
-                const QPointF foot = a + e * (QPointF::dotProduct(c - a, e) / len2);
-                const QPointF d = foot - c;
-                if (QPointF::dotProduct(d, d) < 1e-12)
-                    continue; // the centre lies on this edge's line
-                QLinearGradient g(c, foot);
-                g.setColorAt(0, Qt::black);
-                g.setColorAt(1, Qt::white);
-                p.setBrush(g);
-                const QPointF triangle[3] = {c, a, b};
-                p.drawPolygon(triangle, 3);
-            }
-        }
+    // confirmed), the larger t wins: the nearest edge beyond the pixel. Pixels no triangle
+    // reaches take the surround colour.
+    FanLevels levels(area.size());
+    for (const QPolygonF& figure : shape.toSubpathPolygons(toDevice)) {
+        const int n = int(figure.size());
+        for (int i = 0; i < n; ++i)
+            levels.AddTriangle(c, figure[i], figure[(i + 1) % n]);
     }
 
-    std::array<QRgb, 257> colours; // by t in 255ths; the last one for pixels no triangle reached
+    std::array<QRgb, 257> colours; // by level: t in 255ths and one past for pixels no triangle reached
+    colours[0] = qPremultiply(m_surroundColor.GetValue());
     for (int i = 0; i < 256; ++i)
-        colours[i] = qPremultiply(LinearGradientBrush::Blend(m_centerColor, m_surroundColor, i / 255.0, m_gammaCorrection).rgba());
-    colours[256] = qPremultiply(m_surroundColor.GetValue());
+        colours[i + 1] = qPremultiply(LinearGradientBrush::Blend(m_centerColor, m_surroundColor, i / 255.0, m_gammaCorrection).rgba());
+    QImage ramp(area.size(), QImage::Format_ARGB32_Premultiplied);
+    const std::uint16_t* level = levels.Data();
+    const int width = ramp.width();
     for (int y = 0; y < ramp.height(); ++y) {
         QRgb* line = reinterpret_cast<QRgb*>(ramp.scanLine(y));
-        for (int x = 0; x < ramp.width(); ++x)
-            line[x] = colours[qAlpha(line[x]) ? qRed(line[x]) : 256];
+        for (int x = 0; x < width; ++x)
+            line[x] = colours[*level++];
     }
 
     // The layer lies in device pixels from the area's corner; the brush undoes the painter's
