@@ -187,10 +187,12 @@ void ShapeAppearance::DrawPictureClipped(gfx::Graphics& graphics, const gfx::Gra
 {
     if (!m_image)
         return;
-    const gfx::Region previous = graphics.GetClip();
+    // Saved and restored rather than read and set again: the same clip comes back, without
+    // rasterising the label's outline once more for every picture.
+    const gfx::GraphicsState state = graphics.Save();
     graphics.SetClip(gfx::Region(clipPath), gfx::CombineMode::Intersect);
     graphics.DrawImage(*m_image, rect);
-    graphics.SetClip(previous, gfx::CombineMode::Replace);
+    graphics.Restore(state);
 }
 
 bool ShapeAppearance::DrawPicture(gfx::Graphics& graphics, const gfx::GraphicsPath& shapePath,

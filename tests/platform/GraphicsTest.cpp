@@ -148,8 +148,10 @@ TEST(GraphicsState, RestorePopsTheTokenAndEverySaveAfterIt)
     g.SetRenderingOrigin(3, 4);
     const GraphicsState second = g.Save();
     g.SetSmoothingMode(SmoothingMode::AntiAlias);
+    g.SetClip(QRectF(0, 0, 2, 2));
     g.Save();
     g.Restore(first);
+    EXPECT_FALSE(g.painter().hasClipping());
     EXPECT_TRUE(g.GetTransform().IsIdentity());
     EXPECT_EQ(g.GetRenderingOrigin(), QPoint(0, 0));
     EXPECT_FALSE(g.painter().testRenderHint(QPainter::Antialiasing));
@@ -157,6 +159,20 @@ TEST(GraphicsState, RestorePopsTheTokenAndEverySaveAfterIt)
     g.TranslateTransform(7, 0);
     g.Restore(second);
     EXPECT_EQ(g.GetTransform(), Matrix(1, 0, 0, 1, 7, 0));
+
+    // A Graphics that goes with states still saved gives a device's painter back as it came.
+    QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&image);
+    painter.translate(2, 0);
+    {
+        DeviceContext dc(painter, 96, 96, false);
+        Graphics onDevice(dc);
+        onDevice.Save();
+        onDevice.SetClip(QRectF(0, 0, 1, 1));
+        onDevice.Save();
+    }
+    EXPECT_FALSE(painter.hasClipping());
+    EXPECT_EQ(painter.worldTransform(), QTransform::fromTranslate(2, 0));
 }
 
 TEST(GraphicsFill, ClearReplacesAlphaAndFillsCoverWhatTheyShould)

@@ -77,11 +77,20 @@ TEST(LineCaps, CustomHeadsLandAtTheirEndSizedAndInsetByTheCapAndSurviveCopies)
     const CustomLineCap open = arrowCap(2.5f, 0, true);
     expectPixels(drawLine(blackPen(2, nullptr, &open)), {{160, 55, black}, {160, 45, black}, {156, 54, white}});
 
-    // Where a translucent line runs under its head the colour is not darker than elsewhere.
-    Pen translucent(Color(128, 0, 0, 255), 4);
-    translucent.SetCustomEndCap(arrowCap(3));
-    const Bitmap once = drawLine(translucent);
-    expectPixels(once, {{156, 50, pixelAt(once, 100, 50)}, {156, 46, pixelAt(once, 100, 50)}});
+    // Where a translucent line runs under its head the colour is neither darker nor lighter than
+    // elsewhere, whichever way the head's outline turns.
+    for (const bool mirrored : {false, true}) {
+        CustomLineCap head = arrowCap(3);
+        if (mirrored) {
+            GraphicsPath reversed = polygonPath({{-1, 1}, {0, -1}, {1, 1}});
+            head = CustomLineCap(&reversed, nullptr, LineCap::Flat, 0);
+            head.SetWidthScale(3);
+        }
+        Pen translucent(Color(128, 0, 0, 255), 4);
+        translucent.SetCustomEndCap(head);
+        const Bitmap once = drawLine(translucent);
+        expectPixels(once, {{156, 50, pixelAt(once, 100, 50)}, {156, 46, pixelAt(once, 100, 50)}});
+    }
 
     // A custom cap survives a copy of the pen; setting a plain cap replaces it.
     Pen copied(blackPen(2, nullptr, &arrow));
@@ -135,7 +144,8 @@ TEST(DashCaps, RoundAndTriangleEndsComeOutOfTheDashesAndLeaveTheLineEndsFlat)
     // dash's inner end only the flat cap fills the corner; the round end is a half circle, wider
     // than the triangle's point near the tip.
     check(DashStyle::Dash, DashCap::Flat, {blank(45, 50), ink(38, 50), ink(10, 54), ink(39, 54)});
-    check(DashStyle::Dash, DashCap::Round, {blank(45, 50), ink(38, 50), ink(10, 54), blank(39, 54), ink(37, 53)});
+    check(DashStyle::Dash, DashCap::Round,
+          {blank(45, 50), ink(38, 50), ink(10, 54), blank(39, 54), ink(37, 53), ink(34, 50), ink(16, 52)});
     check(DashStyle::Dash, DashCap::Triangle, {blank(45, 50), ink(38, 50), ink(10, 54), blank(39, 53), blank(37, 53)});
     // Dots with round ends are round dots, one width across.
     check(DashStyle::Dot, DashCap::Round, {ink(35, 50), blank(30, 45), blank(45, 50)});

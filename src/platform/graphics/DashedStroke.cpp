@@ -46,12 +46,12 @@ QPainterPath DashedStroke::Area(const QList<QPolygonF>& lines) const
     stroker.setCapStyle(Qt::FlatCap);
     stroker.setJoinStyle(m_join);
     stroker.setMiterLimit(m_miterLimit);
+    // The stroker's outlines and the caps all turn the same way (positive signed area), so the
+    // nonzero rule fills their union without cutting paths.
     QPainterPath area = stroker.createStroke(dashes);
+    area.addPath(caps);
     area.setFillRule(Qt::WindingFill);
-    if (caps.isEmpty())
-        return area;
-    caps.setFillRule(Qt::WindingFill);
-    return area.united(caps);
+    return area;
 }
 
 void DashedStroke::addLine(const QPolygonF& line, QPainterPath& dashes, QPainterPath& caps) const
@@ -116,7 +116,7 @@ void DashedStroke::addCap(QPointF end, QPointF outward, QPainterPath& caps) cons
         return;
     const QPointF across(-outward.y() * half, outward.x() * half);
     QPolygonF triangle{end + across, end + outward * half, end - across};
-    // One turning sense for every triangle, so that overlapping ones never cancel.
+    // Turning like the dashes' outlines, so that overlapping ones never cancel.
     const QPointF u = triangle[1] - triangle[0], v = triangle[2] - triangle[0];
     if (u.x() * v.y() - u.y() * v.x() < 0)
         std::swap(triangle[0], triangle[2]);

@@ -184,6 +184,41 @@ QPointF unitVector(QPointF v)
     return len > 0 ? v / len : QPointF();
 }
 
+// The figures turned, where needed, the way QPainterPathStroker's outlines turn (positive signed
+// area), so that adding them to a stroke's outline under the nonzero rule makes their union.
+// Each figure must be simple: a figure meant as a hole would be filled.
+QPainterPath turnedLikeStrokes(const QPainterPath& figures)
+{
+    QPainterPath turned;
+    QPainterPath figure;
+    const auto finish = [&] {
+        const QPolygonF polygon = figure.toFillPolygon();
+        double twiceArea = 0;
+        for (int i = 0; i < polygon.size(); ++i) {
+            const QPointF a = polygon[i], b = polygon[(i + 1) % polygon.size()];
+            twiceArea += a.x() * b.y() - b.x() * a.y();
+        }
+        turned.addPath(twiceArea < 0 ? figure.toReversed() : figure);
+        figure = QPainterPath();
+    };
+    for (int i = 0; i < figures.elementCount(); ++i) {
+        const QPainterPath::Element e = figures.elementAt(i);
+        if (e.isMoveTo()) {
+            if (i > 0)
+                finish();
+            figure.moveTo(e);
+        } else if (e.isLineTo()) {
+            figure.lineTo(e);
+        } else if (e.isCurveTo() && i + 2 < figures.elementCount()) {
+            figure.cubicTo(e, figures.elementAt(i + 1), figures.elementAt(i + 2));
+            i += 2;
+        }
+    }
+    if (!figures.isEmpty())
+        finish();
+    return turned;
+}
+
 // Shortens the polyline by `length` at its front (lengthens it when negative). Returns false when
 // nothing is left.
 bool trimFront(QPolygonF& line, double length)
@@ -241,6 +276,11 @@ Graphics::Graphics(DeviceContext& dc) : m_painter(&dc.painter()), m_mapping(dc.M
 
 Graphics::~Graphics()
 {
+    // States saved and never restored leave the painter as it was given.
+    if (m_painter->isActive()) {
+        for (std::size_t i = 0; i < m_saved.size(); ++i)
+            m_painter->restore();
+    }
     if (m_ownPainter) {
         if (m_ownPainter->isActive())
             m_ownPainter->end();
@@ -300,8 +340,11 @@ void Graphics::applyClip()
     m_painter->setWorldTransform(QTransform());
     if (m_hasDeviceClip)
         m_painter->setClipPath(m_deviceClip, Qt::ReplaceClip);
-    if (!m_clip.IsInfinite())
-        m_painter->setClipPath(m_clip.path(), m_hasDeviceClip ? Qt::IntersectClip : Qt::ReplaceClip);
+    bool first = !m_hasDeviceClip;
+    for (const QPainterPath& part : m_clip.Parts()) {
+        m_painter->setClipPath(part, first ? Qt::ReplaceClip : Qt::IntersectClip);
+        first = false;
+    }
     applyTransform();
 }
 
@@ -379,6 +422,15 @@ void Graphics::TransformPoints(CoordinateSpace to, CoordinateSpace from, QPointF
 
 void Graphics::combineClip(const Region& region, CombineMode mode)
 {
+    if (mode == CombineMode::Intersect && active() && m_painter->hasClipping()) {
+        // Narrowing the clip in force: the painter cuts what it already holds.
+        m_clip.Intersect(region);
+        m_painter->setWorldTransform(QTransform());
+        for (const QPainterPath& part : region.Parts())
+            m_painter->setClipPath(part, Qt::IntersectClip);
+        applyTransform();
+        return;
+    }
     switch (mode) {
     case CombineMode::Replace:
         m_clip = region;
@@ -440,6 +492,10 @@ GraphicsState Graphics::Save()
     const GraphicsState token = m_nextToken++;
     m_saved.push_back(State{token, m_world, m_clip, m_renderingOrigin, m_smoothing, m_pixelOffset, m_interpolation,
                             m_textHint, m_pageUnit});
+    // The painter keeps its clip as rasterised spans; taking them back on Restore is much cheaper
+    // than rasterising the clip again.
+    if (active())
+        m_painter->save();
     return token;
 }
 
@@ -456,8 +512,14 @@ void Graphics::Restore(GraphicsState token)
     m_interpolation = it->interpolation;
     m_textHint = it->textHint;
     m_pageUnit = it->pageUnit;
+    const auto levels = std::distance(it, m_saved.end());
     m_saved.erase(it, m_saved.end());
-    apply();
+    if (!active())
+        return;
+    for (auto i = levels; i > 0; --i)
+        m_painter->restore();
+    applyHints();
+    applyTransform();
 }
 
 void Graphics::Clear(Color color)
@@ -612,12 +674,10 @@ void Graphics::stroke(const Pen& pen, const GraphicsPath& path)
     }
 
     // Everything becomes one area, filled once: separate fills would double the alpha where the
-    // line and its heads overlap. The union is taken on the device, where its flattening fits.
-    QPainterPath area = combined.map(strokeArea(pen, qtPen, lines, combined));
-    if (!filledCaps.isEmpty()) {
-        filledCaps.setFillRule(Qt::WindingFill);
-        area = area.united(combined.map(filledCaps));
-    }
+    // line and its heads overlap. A stroke's outline turns one way throughout, so with every head
+    // turned the same way the nonzero rule fills exactly the union, without cutting paths.
+    QPainterPath world = strokeArea(pen, qtPen, lines, combined);
+    world.addPath(turnedLikeStrokes(filledCaps));
     if (!strokedCaps.isEmpty()) {
         // A cap outline is drawn solid, with the line's width and joins.
         QPainterPathStroker capStroker;
@@ -625,11 +685,9 @@ void Graphics::stroke(const Pen& pen, const GraphicsPath& path)
         capStroker.setJoinStyle(qtPen.joinStyle());
         capStroker.setMiterLimit(qtPen.miterLimit());
         capStroker.setCapStyle(Qt::FlatCap);
-        QPainterPath capOutline = capStroker.createStroke(strokedCaps);
-        capOutline.setFillRule(Qt::WindingFill);
-        area = area.united(combined.map(capOutline));
+        world.addPath(capStroker.createStroke(strokedCaps));
     }
-    const QPainterPath world = toWorld.map(area);
+    world.setFillRule(Qt::WindingFill);
     if (pen.HasPatternBrush())
         pen.GetBrush()->Fill(*m_painter, world, fillContext());
     else

@@ -32,7 +32,30 @@ void Region::Intersect(const Region& other)
         *this = other;
         return;
     }
-    m_path = m_path.intersected(other.m_path);
+    m_intersectedBy.push_back(other.m_path);
+    m_intersectedBy.insert(m_intersectedBy.end(), other.m_intersectedBy.begin(), other.m_intersectedBy.end());
+}
+
+void Region::cut() const
+{
+    for (const QPainterPath& other : m_intersectedBy)
+        m_path = m_path.intersected(other);
+    m_intersectedBy.clear();
+}
+
+const QPainterPath& Region::path() const
+{
+    cut();
+    return m_path;
+}
+
+std::vector<QPainterPath> Region::Parts() const
+{
+    if (m_infinite)
+        return {};
+    std::vector<QPainterPath> parts{m_path};
+    parts.insert(parts.end(), m_intersectedBy.begin(), m_intersectedBy.end());
+    return parts;
 }
 
 void Region::Union(const Region& other)
@@ -43,7 +66,7 @@ void Region::Union(const Region& other)
         MakeInfinite();
         return;
     }
-    m_path = m_path.united(other.m_path);
+    m_path = path().united(other.path());
 }
 
 void Region::Exclude(const Region& other)
@@ -53,7 +76,7 @@ void Region::Exclude(const Region& other)
         m_infinite = false;
         return;
     }
-    m_path = geometry().subtracted(other.m_path);
+    m_path = geometry().subtracted(other.path());
     m_infinite = false;
 }
 
@@ -82,18 +105,22 @@ void Region::Complement(const Region& other)
 
 QPainterPath Region::geometry() const
 {
-    return m_infinite ? rectPath(InfiniteRect) : m_path;
+    return m_infinite ? rectPath(InfiniteRect) : path();
 }
 
 void Region::Transform(const Matrix& matrix)
 {
-    if (!m_infinite && !matrix.IsIdentity())
-        m_path = matrix.transform().map(m_path);
+    if (m_infinite || matrix.IsIdentity())
+        return;
+    m_path = matrix.transform().map(m_path);
+    for (QPainterPath& other : m_intersectedBy)
+        other = matrix.transform().map(other);
 }
 
 void Region::MakeInfinite()
 {
     m_path = QPainterPath();
+    m_intersectedBy.clear();
     m_infinite = true;
 }
 
@@ -101,20 +128,20 @@ bool Region::IsEmpty() const
 {
     if (m_infinite)
         return false;
-    const QRectF bounds = m_path.boundingRect();
+    const QRectF bounds = path().boundingRect();
     return m_path.isEmpty() || !(bounds.width() > 0) || !(bounds.height() > 0);
 }
 
 bool Region::IsVisible(QPointF point) const
 {
-    return m_infinite || m_path.contains(point);
+    return m_infinite || path().contains(point);
 }
 
 QRectF Region::GetBounds() const
 {
     if (m_infinite)
         return InfiniteRect;
-    return IsEmpty() ? QRectF() : m_path.boundingRect();
+    return IsEmpty() ? QRectF() : path().boundingRect();
 }
 
 } // namespace gfx

@@ -4,6 +4,7 @@
 
 #include <QPainterPath>
 #include <QRectF>
+#include <vector>
 
 namespace gfx {
 
@@ -31,13 +32,21 @@ public:
     QRectF GetBounds() const;
 
     // The area as one path; meaningless when infinite.
-    const QPainterPath& path() const { return m_path; }
+    const QPainterPath& path() const;
+    // Paths whose common part is the area; a painter clips by each in turn without the cost of
+    // cutting them into one. Empty when infinite.
+    std::vector<QPainterPath> Parts() const;
 
 private:
     // The area as geometry, an infinite region as a very large square.
     QPainterPath geometry() const;
+    // Cuts the intersections held back into m_path.
+    void cut() const;
 
-    QPainterPath m_path;
+    // Intersections are held back until the area is needed as one path: a clip narrowed for one
+    // drawing and put back after never needs it.
+    mutable QPainterPath m_path;
+    mutable std::vector<QPainterPath> m_intersectedBy;
     bool m_infinite;
 };
 
