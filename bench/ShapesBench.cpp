@@ -8,10 +8,12 @@
 #include "objects/DefaultProperties.h"
 #include "platform/RenderQuality.h"
 #include "platform/graphics/Graphics.h"
+#include "templates/CTemplateFile.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>
+#include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 #include <cstdlib>
@@ -93,46 +95,41 @@ std::unique_ptr<CDrawObj> makeShape(int index, std::mt19937& random, int extent)
     return object;
 }
 
+CTemplateFile trayTemplate()
+{
+    const QString path = scratch().filePath("tray.tmp");
+    QFile file(path);
+    file.open(QIODevice::WriteOnly | QIODevice::Truncate);
+    file.write("PRINTER\nTray\n\n4.7\n4.7\n0\n0\nDISC\n1\nDisc\n2.35\n2.35\n4.7\n0\nENDOBJECT\nEND\n");
+    file.close();
+    CTemplateFile result;
+    result.LoadTemplate(path);
+    return result;
+}
+
+// The label composed for print: the 200 shapes on a 4.7 inch disc of a printer tray, through
+// the same call that prints and saves pictures. With range(0) below 5, only the shapes of that
+// fill kind (about 40), to see where the time goes.
 void BM_Draw200Shapes(benchmark::State& state)
 {
     ResetDefaultProperties();
+    const std::vector<CTemplateFile> templates{trayTemplate()};
+    CDrawDoc doc;
+    doc.SetTemplates(&templates);
+    doc.SetTemplate(0);
     std::mt19937 random(42);
-    std::vector<std::unique_ptr<CDrawObj>> objects;
-    for (int i = 0; i < 200; ++i)
-        objects.push_back(makeShape(i, random, 560));
-    gfx::Bitmap bitmap(LabelSize, LabelSize);
-    for (auto _ : state) {
-        gfx::Graphics graphics(bitmap);
-        RenderQuality::Apply(graphics);
-        graphics.Clear(gfx::Color(255, 255, 255, 255));
-        graphics.SetTransform(gfx::Matrix(1, 0, 0, -1, LabelSize / 2.0f, LabelSize / 2.0f));
-        for (const auto& object : objects)
-            object->Draw(graphics, 300, 300, nullptr);
-    }
-    if (const char* out = std::getenv("TESSARELLE_BENCH_PICTURE"))
-        bitmap.image().save(QString::fromLocal8Bit(out));
-}
-
-// The same label's objects of one fill kind only (about 40), to see where the time goes.
-void BM_DrawOneFillKind(benchmark::State& state)
-{
-    ResetDefaultProperties();
-    std::mt19937 random(42);
-    std::vector<std::unique_ptr<CDrawObj>> objects;
     for (int i = 0; i < 200; ++i) {
         auto object = makeShape(i, random, 560);
-        if (object->m_fillKind == state.range(0))
-            objects.push_back(std::move(object));
+        if (state.range(0) == 5 || object->m_fillKind == state.range(0))
+            doc.Add(std::move(object));
     }
-    gfx::Bitmap bitmap(LabelSize, LabelSize);
-    for (auto _ : state) {
-        gfx::Graphics graphics(bitmap);
-        RenderQuality::Apply(graphics);
-        graphics.Clear(gfx::Color(255, 255, 255, 255));
-        graphics.SetTransform(gfx::Matrix(1, 0, 0, -1, LabelSize / 2.0f, LabelSize / 2.0f));
-        for (const auto& object : objects)
-            object->Draw(graphics, 300, 300, nullptr);
-    }
+    std::unique_ptr<gfx::Bitmap> label;
+    for (auto _ : state)
+        label = doc.RenderBitmap(300, 300, true, true);
+    if (!label || label->GetWidth() != LabelSize)
+        state.SkipWithError("the label was not composed at 1410 by 1410");
+    else if (const char* out = std::getenv("TESSARELLE_BENCH_PICTURE"))
+        label->image().save(QString::fromLocal8Bit(out));
 }
 
 void BM_HitTest1000Objects(benchmark::State& state)
@@ -198,8 +195,9 @@ void BM_HitTestInsideEveryRing1000(benchmark::State& state)
         benchmark::DoNotOptimize(doc.ObjectAt(CPoint(0, 0)));
 }
 
-BENCHMARK(BM_Draw200Shapes)->Unit(benchmark::kMillisecond)->MinTime(2.0);
-BENCHMARK(BM_DrawOneFillKind)->DenseRange(0, 4)->Unit(benchmark::kMillisecond);
+// Painting runs on a thread of its own while the caller waits: judge these by the wall clock.
+BENCHMARK(BM_Draw200Shapes)->Arg(5)->Unit(benchmark::kMillisecond)->MinTime(2.0)->UseRealTime();
+BENCHMARK(BM_Draw200Shapes)->DenseRange(0, 4)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(BM_HitTest1000Objects)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_HitTestMissAll1000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_HitTestInsideEveryRing1000)->Unit(benchmark::kMicrosecond);

@@ -2,10 +2,12 @@
 
 #include "document/CArchive.h"
 #include "document/CView.h"
+#include "fields/CFieldMessageScope.h"
 #include "fields/DataFields.h"
 #include "objects/CDrawObj.h"
 #include "platform/MessageBox.h"
 #include "platform/NumberText.h"
+#include "platform/PaintingThread.h"
 #include "platform/Profile.h"
 #include "platform/RenderQuality.h"
 #include "platform/graphics/DeviceContext.h"
@@ -697,18 +699,22 @@ std::unique_ptr<gfx::Bitmap> CDrawDoc::RenderBitmap(int cx, int cy, bool withObj
     auto bitmap = std::make_unique<gfx::Bitmap>(paper.cx, paper.cy);
     if (bitmap->GetLastStatus() != gfx::Status::Ok)
         return nullptr;
-    gfx::Graphics graphics(*bitmap);
-    RenderQuality::Apply(graphics);
-    if (fillWhite)
-        graphics.Clear(White);
-    if (IsPrinterTemplate()) {
-        ComposeLabelArea(graphics, cx, cy, FindClosestObject(), withObjects);
-    } else {
-        for (int i = 0; i < GetObjectCount(); ++i) {
-            if (GetObject(i)->Selected)
-                ComposeLabelArea(graphics, cx, cy, i, withObjects);
+    // Data field messages can't come up from the painting thread; they follow it.
+    CFieldMessageScope messages(CFieldMessageScope::EveryOccurrence);
+    PaintingThread::Run([&] {
+        gfx::Graphics graphics(*bitmap);
+        RenderQuality::Apply(graphics);
+        if (fillWhite)
+            graphics.Clear(White);
+        if (IsPrinterTemplate()) {
+            ComposeLabelArea(graphics, cx, cy, FindClosestObject(), withObjects);
+        } else {
+            for (int i = 0; i < GetObjectCount(); ++i) {
+                if (GetObject(i)->Selected)
+                    ComposeLabelArea(graphics, cx, cy, i, withObjects);
+            }
         }
-    }
+    });
     return bitmap;
 }
 

@@ -7,8 +7,10 @@
 
 namespace {
 
-// The user interface thread is the only one that draws, so plain statics do.
+// Drawing happens on one thread at a time (the user interface thread, or a painting thread
+// while that one waits), so plain statics do.
 int s_depth = 0;
+CFieldMessageScope::Holding s_holding = CFieldMessageScope::EachTextOnce;
 bool s_showing = false;
 QStringList s_pending;
 
@@ -21,9 +23,10 @@ void ShowNow(const QString& text)
 
 } // namespace
 
-CFieldMessageScope::CFieldMessageScope()
+CFieldMessageScope::CFieldMessageScope(Holding holding)
 {
-    ++s_depth;
+    if (s_depth++ == 0)
+        s_holding = holding;
 }
 
 CFieldMessageScope::~CFieldMessageScope()
@@ -41,6 +44,6 @@ void CFieldMessageScope::Report(const QString& text)
         return;
     if (s_depth == 0)
         ShowNow(text);
-    else if (!s_pending.contains(text))
+    else if (s_holding == EveryOccurrence || !s_pending.contains(text))
         s_pending << text;
 }

@@ -3,10 +3,12 @@
 #include "fields/CFieldMessageScope.h"
 #include "fields/DataFields.h"
 #include "platform/MessageBox.h"
+#include "platform/PaintingThread.h"
 
 #include <gtest/gtest.h>
 
 #include <QStringList>
+#include <QThread>
 
 namespace {
 
@@ -196,6 +198,24 @@ TEST_F(DataFieldsTest, AMissingDataFileIsReportedAtEachReplacement)
     addDataFile(folder.path() + "/missing.txt", DATAFIELD::Line).Tag = "<name>";
     EXPECT_EQ(ExpandTags("[<name>|<name>]"), "[|]");
     EXPECT_EQ(messages, QStringList(2, "Invalid DataField Filename specififed in tag <name>."));
+
+    // A composition on the painting thread holds every occurrence and shows them after it, on
+    // the thread that asked for it.
+    messages.clear();
+    QList<QThread*> shownOn;
+    MessageBox::SetPresenter([&](const QString& text, int) {
+        messages << text;
+        shownOn << QThread::currentThread();
+        return int(MessageBox::IdOk);
+    });
+    {
+        CFieldMessageScope composing(CFieldMessageScope::EveryOccurrence);
+        PaintingThread::Run([] { ExpandTags("<name>+<name>"); });
+        EXPECT_TRUE(messages.isEmpty());
+    }
+    EXPECT_EQ(messages, QStringList(2, "Invalid DataField Filename specififed in tag <name>."));
+    EXPECT_EQ(shownOn, QList<QThread*>(2, QThread::currentThread()));
+
     EXPECT_EQ(ReadFieldRecord(1), "") << "no field there";
     EXPECT_EQ(ReadFieldRecord(-1), "");
 }
