@@ -76,8 +76,9 @@ void BM_PrinterTemplate(benchmark::State& state)
     composeSheet(state, PrinterTray);
 }
 
-BENCHMARK(BM_LetterSheetTwoDiscs)->Unit(benchmark::kMillisecond)->MinTime(2.0);
-BENCHMARK(BM_PrinterTemplate)->Unit(benchmark::kMillisecond)->MinTime(2.0);
+// Sheets are painted on a thread of their own while the caller waits: judge by the wall clock.
+BENCHMARK(BM_LetterSheetTwoDiscs)->Unit(benchmark::kMillisecond)->MinTime(2.0)->UseRealTime();
+BENCHMARK(BM_PrinterTemplate)->Unit(benchmark::kMillisecond)->MinTime(2.0)->UseRealTime();
 
 } // namespace
 
