@@ -674,20 +674,26 @@ void Graphics::stroke(const Pen& pen, const GraphicsPath& path)
     }
 
     // Everything becomes one area, filled once: separate fills would double the alpha where the
-    // line and its heads overlap. A stroke's outline turns one way throughout, so with every head
-    // turned the same way the nonzero rule fills exactly the union, without cutting paths.
+    // line and its heads overlap. A stroke's outline turns one way throughout, so with every
+    // filled head turned the same way the nonzero rule fills exactly the union, without cutting
+    // paths.
     QPainterPath world = strokeArea(pen, qtPen, lines, combined);
     world.addPath(turnedLikeStrokes(filledCaps));
+    world.setFillRule(Qt::WindingFill);
     if (!strokedCaps.isEmpty()) {
-        // A cap outline is drawn solid, with the line's width and joins.
+        // A cap outline is drawn solid, with the line's width and joins. An open head runs
+        // over its own arms; the outline would lie there twice, and antialiasing adds up edges
+        // that lie on each other, so it is cut into one area instead, on the device, where the
+        // cut's flattening of curves fits.
         QPainterPathStroker capStroker;
         capStroker.setWidth(qtPen.isCosmetic() ? 1.0 / std::sqrt(std::abs(combined.determinant())) : qtPen.widthF());
         capStroker.setJoinStyle(qtPen.joinStyle());
         capStroker.setMiterLimit(qtPen.miterLimit());
         capStroker.setCapStyle(Qt::FlatCap);
-        world.addPath(capStroker.createStroke(strokedCaps));
+        QPainterPath capOutline = capStroker.createStroke(strokedCaps);
+        capOutline.setFillRule(Qt::WindingFill);
+        world = toWorld.map(combined.map(world).united(combined.map(capOutline)));
     }
-    world.setFillRule(Qt::WindingFill);
     if (pen.HasPatternBrush())
         pen.GetBrush()->Fill(*m_painter, world, fillContext());
     else
