@@ -1,6 +1,7 @@
 #include "ShapeCanvas.h"
 #include "TestSupport.h"
 
+#include "platform/HandleImages.h"
 #include "platform/graphics/Font.h"
 
 #include <QElapsedTimer>
@@ -227,6 +228,36 @@ TEST_F(CDrawTextTest, HandlesTurnTheTextAndTellThePanel)
         EXPECT_EQ(countPixels(image, QColor(0, 0, 255), 60) > 100, state != 0) << state;
         EXPECT_EQ(countPixels(image, QColor(255, 0, 0), 60) > 100, state != 0) << state;
     }
+    // With the handle pictures loaded, handle 9 shows and picks as the rotate picture turned
+    // with the text, in place of its squares; the other handles keep theirs.
+    ASSERT_TRUE(HandleImages::Load());
+    const CPoint h9 = curved->GetHandle(9), h3 = curved->GetHandle(3);
+    EXPECT_EQ(curved->GetHandleRect(9, nullptr), CRect(h9.x - 9, h9.y - 9, h9.x + 10, h9.y + 10));
+    EXPECT_EQ(curved->GetHandleRect(3, nullptr), CRect(h3.x - 12, h3.y - 12, h3.x + 12, h3.y + 12));
+    const auto glyphAt9 = [&](float angle) {
+        curved->m_angle = angle;
+        ShapeCanvas canvas(600);
+        curved->DrawTracker(canvas.graphics(), 1, 300, 300);
+        const QPoint at = ShapeCanvas::device(curved->GetHandle(9).x, curved->GetHandle(9).y, 600);
+        return canvas.image().copy(at.x() - 14, at.y() - 14, 28, 28);
+    };
+    // Angles where handle 9 meets none of the frame's handles. Where neither dotted frame lies
+    // over it, the picture's ink differs between the two angles only if the picture turned.
+    const QImage upright = glyphAt9(30), turned = glyphAt9(120);
+    const auto ink = [](QRgb p) { return qGray(p) < 100 && std::abs(qRed(p) - qBlue(p)) < 40; };
+    const auto framed = [](QRgb p) { return std::abs(qRed(p) - qBlue(p)) >= 40; };
+    int inked = 0, moved = 0;
+    for (int y = 0; y < upright.height(); ++y) {
+        for (int x = 0; x < upright.width(); ++x) {
+            const QRgb a = upright.pixel(x, y), b = turned.pixel(x, y);
+            inked += ink(a);
+            moved += !framed(a) && !framed(b) && ink(a) != ink(b);
+        }
+    }
+    EXPECT_GT(inked, 20);
+    EXPECT_LT(countPixels(upright, QColor(0, 0, 255), 60), 40) << "no square under the picture";
+    EXPECT_GT(moved, 8) << "an unturned picture leaves none";
+    HandleImages::Release();
 
     // Resizing: free without the lock, about the centre in proportion with it.
     curved->MoveHandleTo(3, CPoint(300, 120), nullptr);
