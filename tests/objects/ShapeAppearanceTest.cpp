@@ -56,6 +56,11 @@ TEST(ShapeAppearance, TransparencySetsTheFillAlphaOfSolidAndHatchOnly)
     const QImage hatched = drawn(*rect);
     EXPECT_GT(countPixels(hatched, Qt::green, 8), 5000);
     EXPECT_EQ(countPixels(hatched, Qt::red, 60), 0);
+    // A hatch style beyond the 53 (a damaged project) fills nothing at all.
+    for (const int style : {-1, 53, 200}) {
+        rect->m_hatchStyle = style;
+        EXPECT_EQ(countPixels(drawn(*rect), Qt::white), 200 * 200) << style;
+    }
 }
 
 TEST(ShapeAppearance, GradientsAndPens)

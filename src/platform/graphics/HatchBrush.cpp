@@ -117,6 +117,8 @@ QImage HatchBrush::Tile() const
 
 QBrush HatchBrush::QtBrush(const QPainter& painter, const FillContext& context) const
 {
+    if (!IsValid())
+        return QBrush(Qt::NoBrush);
     // The tile lives in device pixels: undo the painter's transform and anchor it at the
     // rendering origin.
     QBrush brush(Tile());
@@ -127,7 +129,8 @@ QBrush HatchBrush::QtBrush(const QPainter& painter, const FillContext& context) 
 
 void HatchBrush::Fill(QPainter& painter, const QPainterPath& path, const FillContext& context) const
 {
-    painter.fillPath(path, QtBrush(painter, context));
+    if (IsValid())
+        painter.fillPath(path, QtBrush(painter, context));
 }
 
 } // namespace gfx

@@ -12,7 +12,8 @@ namespace gfx {
 constexpr int HatchStyleTotal = 53;
 
 // One of the 53 hatch patterns: an 8 by 8 tile of device pixels, never transformed by the
-// world transform, anchored at the rendering origin. The foreground draws the pattern.
+// world transform, anchored at the rendering origin. The foreground draws the pattern. A style
+// outside 0..52 (from a damaged project) makes a brush that paints nothing.
 class HatchBrush : public Brush {
 public:
     HatchBrush(int style, Color foreground, Color background);
@@ -20,6 +21,8 @@ public:
     int GetHatchStyle() const { return m_style; }
     Color GetForegroundColor() const { return m_foreground; }
     Color GetBackgroundColor() const { return m_background; }
+
+    bool IsValid() const { return m_style >= 0 && m_style < HatchStyleTotal; }
 
     // Rows 0..7 top to bottom, bit 7 the leftmost pixel, 1 = foreground. Styles outside
     // 0..52 are taken as 0.
