@@ -150,3 +150,26 @@ TEST(DashCaps, RoundAndTriangleEndsComeOutOfTheDashesAndLeaveTheLineEndsFlat)
     // Dots with round ends are round dots, one width across.
     check(DashStyle::Dot, DashCap::Round, {ink(35, 50), blank(30, 45), blank(45, 50)});
 }
+
+TEST(DashCaps, RoundDotsCarryTheInkOfTheirCircles)
+{
+    // The ink of one inner dot, summed from its antialiased pixels, against the circle's area:
+    // small dots must not lose weight to a coarse polygon, nor gain it from edges drawn twice.
+    for (const float width : {3.0f, 4.0f, 10.0f, 24.0f}) {
+        Pen pen(Color(255, 0, 0, 0), width);
+        pen.SetDashStyle(DashStyle::Dot);
+        pen.SetDashCap(DashCap::Round);
+        const Bitmap dots = drawOn(200, 100, [&](Graphics& g) {
+            g.SetSmoothingMode(SmoothingMode::AntiAlias);
+            g.DrawLine(pen, QPointF(10, 50), QPointF(190, 50));
+        });
+        // Dots lie every two widths; the one over [2.5 w, 3.5 w] from the start sits alone.
+        const int left = int(10 + 2 * width), right = int(10 + 4 * width);
+        double ink = 0;
+        for (int y = 0; y < 100; ++y)
+            for (int x = left; x < right; ++x)
+                ink += (255 - pixelAt(dots, x, y).red()) / 255.0;
+        const double circle = M_PI * width * width / 4;
+        EXPECT_NEAR(ink, circle, circle * 0.04) << "width " << width;
+    }
+}

@@ -577,8 +577,10 @@ QPainterPath Graphics::strokeArea(const Pen& pen, const QPen& qtPen, const QPain
         QList<QPolygonF> lines;
         for (const QPolygonF& flat : path.toSubpathPolygons(combined))
             lines.append(toWorld.map(flat));
+        // Round ends stray at most a tenth of a device pixel from their arcs.
+        const double flatness = 0.1 / std::sqrt(std::abs(combined.determinant()));
         return DashedStroke(qtPen.widthF(), Pen::DashPattern(pen.GetDashStyle()), pen.GetDashCap(),
-                            qtPen.joinStyle(), qtPen.miterLimit())
+                            qtPen.joinStyle(), qtPen.miterLimit(), flatness)
             .Area(lines);
     }
     QPainterPathStroker stroker(qtPen);
