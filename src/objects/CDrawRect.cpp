@@ -363,7 +363,7 @@ bool CDrawRect::Intersects(const CRect& rect)
         return LineBandIntersects(CPoint(m_position.left, m_position.top),
                                   CPoint(m_position.right, m_position.bottom), m_lineWidth, a);
     // The outline that was drawn last, with its fill mode: a halo's hole doesn't pick.
-    return !m_path.IsEmpty() && m_path.path().intersects(toRectF(a));
+    return m_path.Intersects(toRectF(a));
 }
 
 CPoint CDrawRect::SnapPoint(CPoint point, CDrawDoc* document)

@@ -730,7 +730,7 @@ bool CDrawText::Intersects(const CRect& rect)
     if (!b.IsRectEmpty() && !overlap.IntersectRect(a, b))
         return false;
     const QRectF probe(a.left, a.top, std::max(a.Width(), 1), std::max(a.Height(), 1));
-    return FramePath(0).path().intersects(probe);
+    return FramePath(0).Intersects(probe);
 }
 
 bool CDrawText::IsInside(const CRect& rect)

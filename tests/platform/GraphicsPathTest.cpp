@@ -156,3 +156,49 @@ TEST(GraphicsPathFill, FiguresInsideOthersAreHolesAndResetEmptiesThePath)
     path.Reset();
     EXPECT_EQ(path.GetPointCount(), 0);
 }
+
+TEST(GraphicsPathPicking, RectanglesMeetTheFilledAreaByTheFillMode)
+{
+    // A ring under the alternate mode has a hole; the same ellipses under the winding mode,
+    // both turned one way, fill it.
+    GraphicsPath ring;
+    ring.AddEllipse(QRectF(-100, -60, 200, 120));
+    ring.AddEllipse(QRectF(-70, -30, 140, 60));
+    GraphicsPath disc = ring;
+    disc.SetFillMode(FillMode::Winding);
+    // An open arc fills up to its chord.
+    GraphicsPath arc;
+    arc.AddArc(QRectF(-50, -50, 100, 100), 0, 90);
+
+    const auto meets = [](const GraphicsPath& path, double x, double y, double size = 1) {
+        return path.Intersects(QRectF(x, y, size, size));
+    };
+    EXPECT_FALSE(meets(ring, 0, 0));      // in the hole
+    EXPECT_TRUE(meets(disc, 0, 0));
+    EXPECT_TRUE(meets(ring, 0, 40));      // in the band
+    EXPECT_TRUE(meets(ring, 69.5, 0));    // on the inner edge
+    EXPECT_FALSE(meets(ring, 95, 55));    // inside the bounds, outside the ellipse
+    EXPECT_TRUE(meets(ring, -500, -500, 1000)); // around it all
+    EXPECT_TRUE(meets(arc, 30, 30));
+    EXPECT_FALSE(meets(arc, 10, 5));      // beyond the chord
+    EXPECT_FALSE(meets(GraphicsPath(), 0, 0, 1000));
+
+    // Everywhere it answers as Qt's own, slower test of the filled path does, which flattens no
+    // curves: a grid of small and larger probes over shapes of curves and straight edges.
+    GraphicsPath star(FillMode::Alternate);
+    const QPointF points[] = {{0, -90}, {53, 73}, {-86, -28}, {86, -28}, {-53, 73}};
+    star.AddPolygon(points, 5);
+    GraphicsPath rounded(FillMode::Winding);
+    rounded.AddArc(QRectF(-80, -80, 60, 60), 180, 90);
+    rounded.AddArc(QRectF(20, -80, 60, 60), 270, 90);
+    rounded.AddLine(QPointF(80, 80), QPointF(-80, 80));
+    for (const GraphicsPath* path : {&ring, &disc, &arc, &star, &rounded}) {
+        int differing = 0;
+        for (double size : {1.0, 7.0})
+            for (double y = -110.25; y < 110; y += 3.5)
+                for (double x = -110.25; x < 110; x += 3.5)
+                    differing += path->Intersects(QRectF(x, y, size, size))
+                                 != path->path().intersects(QRectF(x, y, size, size));
+        EXPECT_EQ(differing, 0);
+    }
+}

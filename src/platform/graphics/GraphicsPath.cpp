@@ -22,6 +22,96 @@ double parametricAngle(double theta, double a, double b)
     return theta + std::remainder(phi - theta, 360.0);
 }
 
+// Whether the segment from p to q meets the closed rectangle (Liang-Barsky clipping).
+bool segmentMeetsRect(QPointF p, QPointF q, const QRectF& r)
+{
+    double t0 = 0, t1 = 1;
+    // Keeps the part of the segment where step x t <= room.
+    const auto keep = [&](double step, double room) {
+        if (step == 0)
+            return room >= 0;
+        const double t = room / step;
+        if (step > 0)
+            t1 = std::min(t1, t);
+        else
+            t0 = std::max(t0, t);
+        return t0 <= t1;
+    };
+    const double dx = q.x() - p.x(), dy = q.y() - p.y();
+    return keep(-dx, p.x() - r.left()) && keep(dx, r.right() - p.x()) && keep(-dy, p.y() - r.top())
+           && keep(dy, r.bottom() - p.y());
+}
+
+bool boxesMeet(const QRectF& a, const QRectF& b)
+{
+    return a.left() <= b.right() && b.left() <= a.right() && a.top() <= b.bottom() && b.top() <= a.bottom();
+}
+
+// Walks a path's outline for one question: does the area it fills meet a rectangle? The
+// outline meets it, or else the whole rectangle lies on one side and its centre tells which.
+// Curves are halved only where their control points come near the rectangle or straddle the
+// centre's ray, so a pick on a label of many curved shapes stays cheap.
+class RectProbe {
+public:
+    explicit RectProbe(const QRectF& rect) : m_rect(rect), m_centre(rect.center()) {}
+
+    // False once the outline is found to meet the rectangle.
+    bool Line(QPointF p, QPointF q)
+    {
+        if (segmentMeetsRect(p, q, m_rect))
+            return false;
+        cross(p, q);
+        return true;
+    }
+
+    bool Cubic(QPointF p0, QPointF p1, QPointF p2, QPointF p3, int depth = 0)
+    {
+        const double left = std::min({p0.x(), p1.x(), p2.x(), p3.x()});
+        const double right = std::max({p0.x(), p1.x(), p2.x(), p3.x()});
+        const double top = std::min({p0.y(), p1.y(), p2.y(), p3.y()});
+        const double bottom = std::max({p0.y(), p1.y(), p2.y(), p3.y()});
+        const bool nearRect = left <= m_rect.right() && m_rect.left() <= right && top <= m_rect.bottom()
+                              && m_rect.top() <= bottom;
+        const bool spansRay = top <= m_centre.y() && bottom > m_centre.y() && right > m_centre.x();
+        if (!nearRect && !spansRay)
+            return true;
+        if (!nearRect && left > m_centre.x()) {
+            // Wholly right of the centre: the crossings of its row add up as its ends say.
+            cross(p0, p3);
+            return true;
+        }
+        // The curve strays at most 3/4 of the larger second difference of its points from
+        // its chord. Halving quarters that, so a few halvings reach any flatness.
+        const QPointF d1 = p0 - 2 * p1 + p2, d2 = p1 - 2 * p2 + p3;
+        constexpr double Flatness = 1e-3;
+        constexpr int MaxDepth = 40;
+        const double bend = std::max(QPointF::dotProduct(d1, d1), QPointF::dotProduct(d2, d2));
+        if (!(0.75 * 0.75 * bend > Flatness * Flatness) || depth == MaxDepth)
+            return Line(p0, p3);
+        // The halves by de Casteljau's construction.
+        const QPointF a = (p0 + p1) / 2, b = (p1 + p2) / 2, c = (p2 + p3) / 2;
+        const QPointF ab = (a + b) / 2, bc = (b + c) / 2, middle = (ab + bc) / 2;
+        return Cubic(p0, a, ab, middle, depth + 1) && Cubic(middle, bc, c, p3, depth + 1);
+    }
+
+    bool CentreInside(Qt::FillRule rule) const { return rule == Qt::WindingFill ? m_winding != 0 : (m_winding & 1) != 0; }
+
+private:
+    // The crossing of the ray from the centre toward +x, counted half-open in y.
+    void cross(QPointF p, QPointF q)
+    {
+        if ((p.y() <= m_centre.y()) == (q.y() <= m_centre.y()))
+            return;
+        const double x = p.x() + (m_centre.y() - p.y()) * (q.x() - p.x()) / (q.y() - p.y());
+        if (x > m_centre.x())
+            m_winding += q.y() > p.y() ? 1 : -1;
+    }
+
+    QRectF m_rect;
+    QPointF m_centre;
+    int m_winding = 0;
+};
+
 } // namespace
 
 GraphicsPath::GraphicsPath(FillMode mode) : m_fillMode(mode)
@@ -288,6 +378,44 @@ QRectF GraphicsPath::GetBounds() const
 bool GraphicsPath::IsVisible(QPointF point) const
 {
     return m_path.contains(point);
+}
+
+bool GraphicsPath::Intersects(const QRectF& rect) const
+{
+    const QRectF r = rect.normalized();
+    if (m_path.isEmpty() || !boxesMeet(m_path.controlPointRect(), r))
+        return false;
+    RectProbe probe(r);
+    QPointF start, last;
+    // Every figure is closed for filling: a line back to its start ends it.
+    const auto closeFigure = [&] { return last == start || probe.Line(last, start); };
+    const int count = m_path.elementCount();
+    for (int i = 0; i < count; ++i) {
+        const QPainterPath::Element e = m_path.elementAt(i);
+        switch (e.type) {
+        case QPainterPath::MoveToElement:
+            if (i > 0 && !closeFigure())
+                return true;
+            start = last = e;
+            break;
+        case QPainterPath::LineToElement:
+            if (!probe.Line(last, e))
+                return true;
+            last = e;
+            break;
+        case QPainterPath::CurveToElement:
+            if (!probe.Cubic(last, e, m_path.elementAt(i + 1), m_path.elementAt(i + 2)))
+                return true;
+            last = m_path.elementAt(i + 2);
+            i += 2;
+            break;
+        case QPainterPath::CurveToDataElement:
+            break;
+        }
+    }
+    if (!closeFigure())
+        return true;
+    return probe.CentreInside(m_path.fillRule());
 }
 
 } // namespace gfx

@@ -49,6 +49,8 @@ public:
     QRectF GetBounds() const;
     // Whether the point is inside, by the path's fill mode.
     bool IsVisible(QPointF point) const;
+    // Whether the area the path fills, by its fill mode, meets the rectangle (edges included).
+    bool Intersects(const QRectF& rect) const;
     bool IsEmpty() const { return m_path.isEmpty(); }
 
     // The stored points as GDI+ keeps them: every vertex, Bezier ends and control points;
