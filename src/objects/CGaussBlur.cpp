@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <cstdint>
 #include <thread>
 #include <vector>
@@ -19,6 +20,10 @@ namespace {
 // to the same results, so holding it changes no pixel.
 constexpr std::uint32_t WeightLimit = 32767;
 static_assert(std::uint64_t(WeightLimit) * 255 * CGaussBlur::MaxKernelSize < (1u << 31));
+
+// The kernels of sigma above 1 weigh at most this (the middle weight is e^(r^2 / 2 sigma^2), with
+// r about 2.5 sigma), which lets two weights share the 16 bits that one takes otherwise.
+constexpr std::uint32_t SmallWeight = 64;
 
 // Truncating division of x < 2^31 by a fixed divisor, by one multiplication:
 // x / d = x * ceil(2^s / d) >> s with s = 31 + ceil(log2 d). A divisor of 0 divides nothing.
@@ -74,6 +79,32 @@ void weigh(const std::uint8_t* base, std::ptrdiff_t step, const std::int16_t* we
     }
 }
 
+// The four sums of one pixel from `count` neighbouring pixels of a row (4 bytes each).
+void weighPixel(const std::uint8_t* pixels, const std::int16_t* weights, int count, std::uint32_t* sums)
+{
+#if defined(__SSE2__)
+    // Two pixels at a time: their bytes interleaved channel by channel, times their two weights.
+    const __m128i zero = _mm_setzero_si128();
+    __m128i acc = zero;
+    int k = 0;
+    for (; k + 2 <= count; k += 2) {
+        std::uint64_t two;
+        std::memcpy(&two, pixels + 4 * k, 8);
+        const __m128i both = _mm_cvtsi64_si128(std::int64_t(two));
+        const __m128i channels = _mm_unpacklo_epi8(_mm_unpacklo_epi8(both, _mm_srli_si128(both, 4)), zero);
+        const __m128i w = _mm_set1_epi32(int(std::uint32_t(std::uint16_t(weights[k + 1])) << 16 | std::uint16_t(weights[k])));
+        acc = _mm_add_epi32(acc, _mm_madd_epi16(channels, w));
+    }
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(sums), acc);
+    if (k < count) {
+        for (int i = 0; i < 4; ++i)
+            sums[i] += std::uint32_t(weights[k]) * pixels[4 * k + i];
+    }
+#else
+    weigh(pixels, 4, weights, count, 4, sums);
+#endif
+}
+
 // The same for 16 bytes, two weights at a time in 16-bit lanes where the processor has them.
 void weigh16(const std::uint8_t* base, std::ptrdiff_t step, const std::int16_t* weights, int count,
              std::uint32_t* sums)
@@ -102,8 +133,34 @@ void weigh16(const std::uint8_t* base, std::ptrdiff_t step, const std::int16_t* 
 }
 
 #if defined(__SSE2__) && (defined(__GNUC__) || defined(__clang__))
-// The same for 32 bytes, for processors with 256-bit lanes. Those lanes interleave within
-// their 128-bit halves, so each half holds the sums of its own 16 bytes.
+#define AVX2_INLINE __attribute__((target("avx2"), always_inline)) inline
+
+AVX2_INLINE __m256i load(const std::uint8_t* at)
+{
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+}
+
+// Adds 16-bit sums, for bytes 0-7 (lo) and 8-15 (hi) of each 128-bit half, to the 32-bit ones.
+AVX2_INLINE void widen(__m256i* acc, __m256i lo, __m256i hi)
+{
+    const __m256i zero = _mm256_setzero_si256();
+    acc[0] = _mm256_add_epi32(acc[0], _mm256_unpacklo_epi16(lo, zero));
+    acc[1] = _mm256_add_epi32(acc[1], _mm256_unpackhi_epi16(lo, zero));
+    acc[2] = _mm256_add_epi32(acc[2], _mm256_unpacklo_epi16(hi, zero));
+    acc[3] = _mm256_add_epi32(acc[3], _mm256_unpackhi_epi16(hi, zero));
+}
+
+// The 32-bit sums of 32 bytes: their 256-bit lanes interleave within their 128-bit halves, so
+// acc[i] holds bytes 4i..4i+3 of each half.
+AVX2_INLINE void storeSums(const __m256i* acc, std::uint32_t* out)
+{
+    for (int i = 0; i < 4; ++i) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * i), _mm256_castsi256_si128(acc[i]));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 16 + 4 * i), _mm256_extracti128_si256(acc[i], 1));
+    }
+}
+
+// The same for 32 bytes, for processors with 256-bit lanes.
 __attribute__((target("avx2"))) void weigh32(const std::uint8_t* base, std::ptrdiff_t step,
                                              const std::int16_t* weights, int count, std::uint32_t* sums)
 {
@@ -123,10 +180,66 @@ __attribute__((target("avx2"))) void weigh32(const std::uint8_t* base, std::ptrd
         acc[2] = _mm256_add_epi32(acc[2], _mm256_madd_epi16(_mm256_unpacklo_epi16(ahi, bhi), w));
         acc[3] = _mm256_add_epi32(acc[3], _mm256_madd_epi16(_mm256_unpackhi_epi16(ahi, bhi), w));
     }
-    for (int i = 0; i < 4; ++i) {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + 4 * i), _mm256_castsi256_si128(acc[i]));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(sums + 16 + 4 * i), _mm256_extracti128_si256(acc[i], 1));
+    storeSums(acc, sums);
+}
+
+// Sums for a run of `bytes` bytes (a multiple of 32 is done; the count is returned) for kernels
+// whose weights are at most SmallWeight: unsigned pixel bytes times signed weight bytes, a pair of
+// taps at a time into 16 bits (at most 255 x 128, no saturation), added up in 16-bit lanes for
+// `pairsPerWiden` pairs before they are widened to 32 bits. Two blocks of 32 bytes go together,
+// so that each pair's weights are fetched once for both.
+__attribute__((target("avx2"))) int weighRunSmall(const std::uint8_t* base, std::ptrdiff_t step,
+                                                  const std::int16_t* weights, int count, int pairsPerWiden,
+                                                  int bytes, std::uint32_t* sums)
+{
+    // Each pair's two weights, as bytes repeated over the lanes; an odd last tap pairs with 0.
+    __m256i paired[(CGaussBlur::MaxKernelSize + 1) / 2];
+    const int pairs = (count + 1) / 2;
+    for (int p = 0; p < pairs; ++p) {
+        const int second = 2 * p + 1 < count ? weights[2 * p + 1] : 0;
+        paired[p] = _mm256_set1_epi16(std::int16_t(second << 8 | weights[2 * p]));
     }
+    const bool oddTail = count % 2 != 0;
+    const __m256i zero = _mm256_setzero_si256();
+
+    int j = 0;
+    for (; j + 64 <= bytes; j += 64) {
+        __m256i first[4] = {zero, zero, zero, zero}, second[4] = {zero, zero, zero, zero};
+        for (int p = 0; p < pairs;) {
+            __m256i lo0 = zero, hi0 = zero, lo1 = zero, hi1 = zero;
+            const int groupEnd = std::min(p + pairsPerWiden, pairs);
+            for (; p < groupEnd; ++p) {
+                const std::uint8_t* row = base + j + 2 * p * step;
+                const bool single = oddTail && p == pairs - 1;
+                const __m256i a0 = load(row), a1 = load(row + 32);
+                const __m256i b0 = single ? zero : load(row + step), b1 = single ? zero : load(row + step + 32);
+                lo0 = _mm256_add_epi16(lo0, _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a0, b0), paired[p]));
+                hi0 = _mm256_add_epi16(hi0, _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a0, b0), paired[p]));
+                lo1 = _mm256_add_epi16(lo1, _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a1, b1), paired[p]));
+                hi1 = _mm256_add_epi16(hi1, _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a1, b1), paired[p]));
+            }
+            widen(first, lo0, hi0);
+            widen(second, lo1, hi1);
+        }
+        storeSums(first, sums + j);
+        storeSums(second, sums + j + 32);
+    }
+    for (; j + 32 <= bytes; j += 32) {
+        __m256i acc[4] = {zero, zero, zero, zero};
+        for (int p = 0; p < pairs;) {
+            __m256i lo = zero, hi = zero;
+            const int groupEnd = std::min(p + pairsPerWiden, pairs);
+            for (; p < groupEnd; ++p) {
+                const std::uint8_t* row = base + j + 2 * p * step;
+                const __m256i a = load(row), b = oddTail && p == pairs - 1 ? zero : load(row + step);
+                lo = _mm256_add_epi16(lo, _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a, b), paired[p]));
+                hi = _mm256_add_epi16(hi, _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a, b), paired[p]));
+            }
+            widen(acc, lo, hi);
+        }
+        storeSums(acc, sums + j);
+    }
+    return j;
 }
 
 bool hasWideLanes()
@@ -135,6 +248,11 @@ bool hasWideLanes()
     return wide;
 }
 #else
+int weighRunSmall(const std::uint8_t*, std::ptrdiff_t, const std::int16_t*, int, int, int, std::uint32_t*)
+{
+    return 0;
+}
+
 void weigh32(const std::uint8_t* base, std::ptrdiff_t step, const std::int16_t* weights, int count,
              std::uint32_t* sums)
 {
@@ -230,12 +348,24 @@ bool CGaussBlur::PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to
     const std::ptrdiff_t step = alongRows ? 4 : from.Stride;
     const int rowBytes = 4 * width;
     const std::vector<std::int16_t> weights(m_kernel.begin(), m_kernel.end());
-    const auto divisorOf = [&](const Window& w) {
+    const std::uint32_t largest = *std::max_element(m_kernel.begin(), m_kernel.end());
+    const bool smallWeights = largest <= SmallWeight;
+    const int pairsPerWiden = smallWeights ? int(65535 / (2 * 255 * largest)) : 0;
+    // The divisor of each window: the sum of the weights that meet pixels.
+    const auto dividerOf = [&](const Window& w) {
         std::uint64_t sum = 0;
         for (int k = 0; k < w.count; ++k)
             sum += m_kernel[std::size_t(w.weight + k)];
-        return sum;
+        return Divider(sum);
     };
+    // Along rows, the windows cut at both ends of a line are the same on every row.
+    std::vector<Divider> endDividers;
+    if (alongRows) {
+        for (int x = 0; x < radius; ++x)
+            endDividers.push_back(dividerOf(windowAt(x, length, radius)));
+        for (int x = std::max(length - radius, radius); x < length; ++x)
+            endDividers.push_back(dividerOf(windowAt(x, length, radius)));
+    }
     std::vector<std::uint32_t> sums(static_cast<std::size_t>(rowBytes));
     const bool wide = hasWideLanes();
     // Which bytes of 16 (four pixels) are blurred, and which are copied.
@@ -256,7 +386,9 @@ bool CGaussBlur::PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to
     const auto weighRun = [&](const std::uint8_t* base, int back, const Window& w, int begin, int end) {
         const std::int16_t* k = weights.data() + w.weight;
         int j = begin;
-        if (wide) {
+        if (wide && smallWeights) {
+            j += weighRunSmall(base + (j - back), step, k, w.count, pairsPerWiden, end - j, sums.data() + j);
+        } else if (wide) {
             for (; j + 32 <= end; j += 32)
                 weigh32(base + (j - back), step, k, w.count, sums.data() + j);
         }
@@ -274,21 +406,25 @@ bool CGaussBlur::PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to
         if (!alongRows) {
             const Window w = windowAt(y, height, radius);
             weighRun(from.Scan0 + std::ptrdiff_t(w.first) * from.Stride, 0, w, 0, rowBytes);
-            store(out, in, 0, rowBytes, Divider(divisorOf(w)));
+            store(out, in, 0, rowBytes, dividerOf(w));
             continue;
         }
         // The middle of the row in runs, the ends pixel by pixel.
         const Window middle{0, 0, 2 * radius + 1};
         if (width - radius > radius) {
             weighRun(in, 4 * radius, middle, 4 * radius, 4 * (width - radius));
-            store(out, in, 4 * radius, 4 * (width - radius), Divider(divisorOf(middle)));
+            store(out, in, 4 * radius, 4 * (width - radius), dividerOf(middle));
         }
-        const int rightEnd = std::max(width - radius, radius);
-        for (int x = 0; x < width; x = x + 1 == radius ? rightEnd : x + 1) {
+        auto divider = endDividers.begin();
+        const auto endPixel = [&](int x) {
             const Window w = windowAt(x, width, radius);
-            weigh(in + 4 * w.first, step, weights.data() + w.weight, w.count, 4, sums.data() + 4 * x);
-            store(out, in, 4 * x, 4 * x + 4, Divider(divisorOf(w)));
-        }
+            weighPixel(in + 4 * w.first, weights.data() + w.weight, w.count, sums.data() + 4 * x);
+            store(out, in, 4 * x, 4 * x + 4, *divider++);
+        };
+        for (int x = 0; x < radius; ++x)
+            endPixel(x);
+        for (int x = std::max(width - radius, radius); x < width; ++x)
+            endPixel(x);
     }
     return true;
 }

@@ -128,3 +128,66 @@ TEST(CGaussBlur, EvenFieldsStayEvenAndLinesShorterThanTheKernelAreSafe)
     blur.m_bCancel = true;
     EXPECT_EQ(blur.Blur(tall, 2.0f, 15, true), nullptr);
 }
+
+// The blur written out plainly, pixel by pixel, for lines at least as long as the kernel:
+// position i takes pixels i - r .. i + r that exist, but for one pixel fewer at the left (top)
+// end, each by its kernel weight, divided by the sum of the weights taken, truncated.
+QImage plainBlur(const QImage& source, const std::vector<unsigned>& kernel, int channels, bool copyOthers)
+{
+    const int r = int(kernel.size()) / 2;
+    const auto pass = [&](const QImage& in, bool alongRows) {
+        QImage out(in.size(), QImage::Format_ARGB32);
+        const int length = alongRows ? in.width() : in.height();
+        for (int y = 0; y < in.height(); ++y)
+            for (int x = 0; x < in.width(); ++x) {
+                const int i = alongRows ? x : y;
+                std::uint8_t* target = out.scanLine(y) + 4 * x;
+                for (int c = 0; c < 4; ++c) {
+                    const std::uint8_t own = in.constScanLine(y)[4 * x + c];
+                    if (!(channels >> c & 1)) {
+                        target[c] = copyOthers ? own : 0;
+                        continue;
+                    }
+                    std::uint64_t sum = 0, weights = 0;
+                    const int last = i < r ? i + r - 1 : std::min(i + r, length - 1);
+                    for (int p = std::max(i - r, 0); p <= last; ++p) {
+                        const std::uint8_t value = alongRows ? in.constScanLine(y)[4 * p + c] : in.constScanLine(p)[4 * x + c];
+                        sum += kernel[std::size_t(p - i + r)] * value;
+                        weights += kernel[std::size_t(p - i + r)];
+                    }
+                    target[c] = std::uint8_t(std::min<std::uint64_t>(sum / weights, 255));
+                }
+            }
+        return out;
+    };
+    return pass(pass(source, true), false);
+}
+
+TEST(CGaussBlur, EveryPixelIsThePlainWeightedSumOfItsWindow)
+{
+    // Noise in the colours, opaque, so that the premultiplied result reads back exactly; sizes
+    // that fill no whole number of the blur's blocks, and one tall enough for two threads.
+    std::uint32_t seed = 12345;
+    const auto noise = [&seed] { return (seed = seed * 1664525u + 1013904223u) >> 24; };
+    struct Case {
+        QSize size;
+        float sigma;
+        int channels;
+        bool copyOthers;
+    };
+    for (const Case& c : {Case{{203, 71}, 1.0f, 7, true}, Case{{143, 300}, 3.0f, 14, true},
+                          Case{{150, 97}, 7.0f, 6, false}, Case{{211, 70}, 12.5f, 15, true}}) {
+        QImage image(c.size, QImage::Format_ARGB32);
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                image.setPixel(x, y, qRgba(int(noise()), int(noise()), int(noise()), 255));
+        gfx::Bitmap bitmap(image);
+        CGaussBlur blur;
+        const auto blurred = blur.Blur(bitmap, c.sigma, c.channels | 8, c.copyOthers);
+        ASSERT_NE(blurred, nullptr);
+        ASSERT_LE(blur.Kernel().size(), std::size_t(std::min(c.size.width(), c.size.height())));
+        EXPECT_EQ(blurred->image().convertToFormat(QImage::Format_ARGB32),
+                  plainBlur(image, blur.Kernel(), c.channels | 8, c.copyOthers))
+            << "sigma " << c.sigma;
+    }
+}
