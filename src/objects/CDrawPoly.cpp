@@ -294,6 +294,10 @@ bool CDrawPoly::BandsIntersect(const std::vector<CPoint>& points, const CRect& r
         CRect overlap;
         if (!overlap.IntersectRect(a, grown(ends, half + 1)))
             continue;
+        // Each segment is picked as a line object whose rectangle is its ends: a slanted one only
+        // within that rectangle.
+        if (!ends.IsRectEmpty() && !overlap.IntersectRect(a, ends))
+            continue;
         if (CDrawRect::LineBandIntersects(points[i], points[i + 1], m_lineWidth, a))
             return true;
     }
@@ -352,13 +356,11 @@ bool CDrawPoly::Intersects(const CRect& rect)
     case Polyline:
         return BandsIntersect(m_points, rect);
     case Curve:
-    case ClosedCurve: {
-        // A curve of two points has no spline; it is drawn straight, and picked so.
-        const std::vector<CPoint>& line = m_pointCount > 2 ? GetSplinePoints() : m_points;
-        if (BandsIntersect(line, rect))
+    case ClosedCurve:
+        // A curve of two points has no spline, so nothing picks it, though it is drawn straight.
+        if (m_pointCount > 2 && BandsIntersect(GetSplinePoints(), rect))
             return true;
         return m_polyKind == ClosedCurve && AreaIntersects(rect);
-    }
     default:
         return false;
     }

@@ -193,6 +193,10 @@ TEST(DrawPoly, PicksByAreaOrByBandsAsTheKindSays)
     Poly falling(CDrawPoly::Polyline, {{0, 100}, {100, 0}});
     EXPECT_TRUE(picks(falling, 46, 52));
     EXPECT_FALSE(picks(falling, 40, 40));
+    // A slanted segment picks only within the rectangle of its ends, as a line object does:
+    // (100, 2) lies in the band, beside the end and outside that rectangle.
+    EXPECT_TRUE(picks(falling, 99, 0));
+    EXPECT_FALSE(picks(falling, 100, 2));
 
     // Curves: along the spline, which sags away from the segments; a closed curve also by area.
     Poly curve(CDrawPoly::Curve, U), closed(CDrawPoly::ClosedCurve, U), polyline(CDrawPoly::Polyline, U);
@@ -202,8 +206,8 @@ TEST(DrawPoly, PicksByAreaOrByBandsAsTheKindSays)
     EXPECT_FALSE(picks(polyline, low.x, low.y));
     EXPECT_FALSE(picks(curve, 50, 50));
     EXPECT_TRUE(picks(closed, 50, 50));
-    Poly two(CDrawPoly::Curve, {{0, 0}, {100, 0}}); // drawn straight, picked so
-    EXPECT_TRUE(picks(two, 50, 2));
+    Poly two(CDrawPoly::Curve, {{0, 0}, {100, 0}}); // drawn straight, but without a spline
+    EXPECT_FALSE(picks(two, 50, 0));
 }
 
 TEST(DrawPoly, AreaPickingAgreesWithTheWholePolygonsRegion)
