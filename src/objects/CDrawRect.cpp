@@ -314,11 +314,12 @@ void CDrawRect::DrawTracker(gfx::Graphics& graphics, int state, int, int)
             rotation = m_endAngle;
         }
         if (glyph) {
-            const gfx::Matrix saved = graphics.GetTransform();
+            // The world transform is reset, not put back: a metafile's mirror that held for the
+            // rest of the pass ends at the first glyph.
             graphics.TranslateTransform(float(p.x), float(p.y));
             graphics.RotateTransform(rotation);
             graphics.DrawImage(*glyph, QPointF(-(glyph->GetWidth() / 2.0), -(glyph->GetHeight() / 2.0)));
-            graphics.SetTransform(saved);
+            graphics.ResetTransform();
             continue;
         }
         graphics.DrawRectangle(black, QRectF(p.x - 10, p.y - 10, 20, 20));

@@ -316,10 +316,11 @@ TEST(DrawRect, TrackerShowsTheArcRingAndHandleGlyphs)
 
     if (!HandleImages::Load())
         GTEST_SKIP() << "handle pictures not available";
+    // A glyph ends with the world transform reset: a mirror left by a metafile is gone.
     ShapeCanvas canvas;
-    const gfx::Matrix before = canvas.graphics().GetTransform();
+    canvas.graphics().SetTransform(gfx::Matrix(1, 0, 0, -1, 0, 0));
     arc->DrawTracker(canvas.graphics(), 1, 300, 300);
-    EXPECT_EQ(canvas.graphics().GetTransform(), before);
-    EXPECT_FALSE(near(canvas.image().pixel(squareEdge), Qt::black, 40));
+    EXPECT_TRUE(canvas.graphics().GetTransform().IsIdentity());
+    EXPECT_FALSE(near(tracker(*arc, 1).pixel(squareEdge), Qt::black, 40));
     HandleImages::Release();
 }

@@ -6,6 +6,7 @@
 #include "objects/CDrawText.h"
 #include "objects/DefaultProperties.h"
 #include "platform/RenderQuality.h"
+#include "platform/graphics/DeviceContext.h"
 #include "platform/graphics/Graphics.h"
 #include "platform/graphics/Image.h"
 
@@ -15,20 +16,25 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <QPainter>
 #include <QString>
 #include <memory>
 #include <vector>
 
-// A small label to draw shapes on: a white bitmap with the label's y-up world transform, the
-// origin in the middle, and the application's drawing settings.
+// A small label to draw shapes on, as the view draws it: a white bitmap under a device mapping
+// that turns y upward with the origin in the middle, the world transform left alone, and the
+// application's drawing settings.
 class ShapeCanvas {
 public:
     explicit ShapeCanvas(int size = 200) : m_bitmap(size, size)
     {
-        m_graphics = std::make_unique<gfx::Graphics>(m_bitmap);
+        m_bitmap.image().fill(Qt::white);
+        m_painter.begin(&m_bitmap.image());
+        m_dc = std::make_unique<gfx::DeviceContext>(m_painter, 300, 300, false);
+        m_dc->SetViewportOrg(size / 2, size / 2);
+        m_dc->SetViewportExt(1, -1);
+        m_graphics = std::make_unique<gfx::Graphics>(*m_dc);
         RenderQuality::Apply(*m_graphics);
-        m_graphics->Clear(gfx::Color(255, 255, 255, 255));
-        m_graphics->SetTransform(gfx::Matrix(1, 0, 0, -1, size / 2.0f, size / 2.0f));
     }
 
     gfx::Graphics& graphics() { return *m_graphics; }
@@ -37,6 +43,8 @@ public:
     QImage image()
     {
         m_graphics.reset();
+        if (m_painter.isActive())
+            m_painter.end();
         return m_bitmap.image().convertToFormat(QImage::Format_ARGB32);
     }
 
@@ -54,6 +62,8 @@ public:
 
 private:
     gfx::Bitmap m_bitmap;
+    QPainter m_painter;
+    std::unique_ptr<gfx::DeviceContext> m_dc;
     std::unique_ptr<gfx::Graphics> m_graphics;
 };
 
