@@ -2,6 +2,7 @@
 
 #include "platform/graphics/DashedStroke.h"
 #include "platform/graphics/DeviceContext.h"
+#include "platform/graphics/FigureClusters.h"
 
 #include <QPaintDevice>
 #include <QPaintEngine>
@@ -547,7 +548,10 @@ void Graphics::stroke(const Pen& pen, const QPainterPath& path)
         return;
     const QTransform combined = m_painter->combinedTransform();
     const QPen qtPen = pen.QtPen(combined);
-    if (!pen.HasPatternBrush() && !capsDashes(pen, qtPen)) {
+    // A path of figures spread over the device, a line of text around a disc, is stroked as
+    // its outline filled cluster by cluster: the same pixels for far less rasterising.
+    if (!pen.HasPatternBrush() && !capsDashes(pen, qtPen)
+        && (qtPen.isCosmetic() || FigureClusters(path, combined).Paths().empty())) {
         m_painter->strokePath(path, qtPen);
         return;
     }
@@ -557,7 +561,7 @@ void Graphics::stroke(const Pen& pen, const QPainterPath& path)
     if (pen.HasPatternBrush())
         pen.GetBrush()->Fill(*m_painter, outline, fillContext());
     else
-        m_painter->fillPath(outline, pen.GetColor().toQColor());
+        FigureClusters::FillPath(*m_painter, outline, pen.GetColor().toQColor());
 }
 
 bool Graphics::capsDashes(const Pen& pen, const QPen& qtPen)
@@ -699,7 +703,7 @@ void Graphics::stroke(const Pen& pen, const GraphicsPath& path)
     if (pen.HasPatternBrush())
         pen.GetBrush()->Fill(*m_painter, world, fillContext());
     else
-        m_painter->fillPath(world, pen.GetColor().toQColor());
+        FigureClusters::FillPath(*m_painter, world, pen.GetColor().toQColor());
 }
 
 void Graphics::FillPolygon(const Brush& brush, const QPointF* points, int count, FillMode mode)

@@ -1,5 +1,7 @@
 #include "platform/graphics/HatchBrush.h"
 
+#include "platform/graphics/FigureClusters.h"
+
 namespace gfx {
 
 namespace {
@@ -130,7 +132,7 @@ QBrush HatchBrush::QtBrush(const QPainter& painter, const FillContext& context) 
 void HatchBrush::Fill(QPainter& painter, const QPainterPath& path, const FillContext& context) const
 {
     if (IsValid())
-        painter.fillPath(path, QtBrush(painter, context));
+        FigureClusters::FillPath(painter, path, QtBrush(painter, context));
 }
 
 } // namespace gfx

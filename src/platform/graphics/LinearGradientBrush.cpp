@@ -1,5 +1,7 @@
 #include "platform/graphics/LinearGradientBrush.h"
 
+#include "platform/graphics/FigureClusters.h"
+
 #include <cmath>
 
 namespace gfx {
@@ -99,7 +101,7 @@ void LinearGradientBrush::Fill(QPainter& painter, const QPainterPath& path, cons
 {
     if (m_start == m_end)
         return;
-    painter.fillPath(path, QtBrush(painter, context));
+    FigureClusters::FillPath(painter, path, QtBrush(painter, context));
 }
 
 } // namespace gfx

@@ -1,5 +1,6 @@
 #include "platform/graphics/PathGradientBrush.h"
 
+#include "platform/graphics/FigureClusters.h"
 #include "platform/graphics/LinearGradientBrush.h"
 
 #include <QPaintDevice>
@@ -225,7 +226,7 @@ void PathGradientBrush::Fill(QPainter& painter, const QPainterPath& path, const 
     // The layer's pixels sit exactly on device pixels; interpolating would only blur them.
     const bool smooth = painter.testRenderHint(QPainter::SmoothPixmapTransform);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
-    painter.fillPath(region, brush);
+    FigureClusters::FillPath(painter, region, brush);
     painter.setRenderHint(QPainter::SmoothPixmapTransform, smooth);
 }
 

@@ -1,5 +1,7 @@
 #include "platform/graphics/TextureBrush.h"
 
+#include "platform/graphics/FigureClusters.h"
+
 #include <QPainter>
 
 #include <cmath>
@@ -97,14 +99,14 @@ void TextureBrush::Fill(QPainter& painter, const QPainterPath& path, const FillC
     if (exact)
         painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     if (m_wrapMode != WrapMode::Clamp) {
-        painter.fillPath(path, brush);
+        FigureClusters::FillPath(painter, path, brush);
     } else {
         // Nothing outside the picture: confine the fill to the picture's place.
         QPainterPath picture;
         picture.addRect(QRectF(0, 0, m_image.width(), m_image.height()));
         painter.save();
         painter.setClipPath(m_transform.transform().map(picture), Qt::IntersectClip);
-        painter.fillPath(path, brush);
+        FigureClusters::FillPath(painter, path, brush);
         painter.restore();
     }
     if (exact)
