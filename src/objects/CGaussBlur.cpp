@@ -185,30 +185,40 @@ __attribute__((target("avx2"))) void weigh32(const std::uint8_t* base, std::ptrd
 
 // Sums for a run of `bytes` bytes (a multiple of 32 is done; the count is returned) for kernels
 // whose weights are at most SmallWeight: unsigned pixel bytes times signed weight bytes, a pair of
-// taps at a time into 16 bits (at most 255 x 128, no saturation), added up in 16-bit lanes for
-// `pairsPerWiden` pairs before they are widened to 32 bits. Two blocks of 32 bytes go together,
-// so that each pair's weights are fetched once for both.
+// taps at a time into 16 bits (at most 255 x 128, no saturation), added up in 16-bit lanes for as
+// many pairs as keep the sum below 2^16 before they are widened to 32 bits. Two blocks of 32
+// bytes go together, so that each pair's weights are fetched once for both.
 __attribute__((target("avx2"))) int weighRunSmall(const std::uint8_t* base, std::ptrdiff_t step,
-                                                  const std::int16_t* weights, int count, int pairsPerWiden,
-                                                  int bytes, std::uint32_t* sums)
+                                                  const std::int16_t* weights, int count, int bytes,
+                                                  std::uint32_t* sums)
 {
     // Each pair's two weights, as bytes repeated over the lanes; an odd last tap pairs with 0.
-    __m256i paired[(CGaussBlur::MaxKernelSize + 1) / 2];
+    // Pairs are widened in groups whose weights add up to at most 65535 / 255.
+    constexpr int MaxPairs = (CGaussBlur::MaxKernelSize + 1) / 2;
+    __m256i paired[MaxPairs];
+    int groupEnd[MaxPairs];
     const int pairs = (count + 1) / 2;
+    int groups = 0, groupWeight = 0;
     for (int p = 0; p < pairs; ++p) {
         const int second = 2 * p + 1 < count ? weights[2 * p + 1] : 0;
         paired[p] = _mm256_set1_epi16(std::int16_t(second << 8 | weights[2 * p]));
+        const int pairWeight = weights[2 * p] + second;
+        if (p > 0 && 255 * (groupWeight + pairWeight) > 65535) {
+            groupEnd[groups++] = p;
+            groupWeight = 0;
+        }
+        groupWeight += pairWeight;
     }
+    groupEnd[groups++] = pairs;
     const bool oddTail = count % 2 != 0;
     const __m256i zero = _mm256_setzero_si256();
 
     int j = 0;
     for (; j + 64 <= bytes; j += 64) {
         __m256i first[4] = {zero, zero, zero, zero}, second[4] = {zero, zero, zero, zero};
-        for (int p = 0; p < pairs;) {
+        for (int g = 0, p = 0; g < groups; ++g) {
             __m256i lo0 = zero, hi0 = zero, lo1 = zero, hi1 = zero;
-            const int groupEnd = std::min(p + pairsPerWiden, pairs);
-            for (; p < groupEnd; ++p) {
+            for (; p < groupEnd[g]; ++p) {
                 const std::uint8_t* row = base + j + 2 * p * step;
                 const bool single = oddTail && p == pairs - 1;
                 const __m256i a0 = load(row), a1 = load(row + 32);
@@ -226,10 +236,9 @@ __attribute__((target("avx2"))) int weighRunSmall(const std::uint8_t* base, std:
     }
     for (; j + 32 <= bytes; j += 32) {
         __m256i acc[4] = {zero, zero, zero, zero};
-        for (int p = 0; p < pairs;) {
+        for (int g = 0, p = 0; g < groups; ++g) {
             __m256i lo = zero, hi = zero;
-            const int groupEnd = std::min(p + pairsPerWiden, pairs);
-            for (; p < groupEnd; ++p) {
+            for (; p < groupEnd[g]; ++p) {
                 const std::uint8_t* row = base + j + 2 * p * step;
                 const __m256i a = load(row), b = oddTail && p == pairs - 1 ? zero : load(row + step);
                 lo = _mm256_add_epi16(lo, _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a, b), paired[p]));
@@ -248,7 +257,7 @@ bool hasWideLanes()
     return wide;
 }
 #else
-int weighRunSmall(const std::uint8_t*, std::ptrdiff_t, const std::int16_t*, int, int, int, std::uint32_t*)
+int weighRunSmall(const std::uint8_t*, std::ptrdiff_t, const std::int16_t*, int, int, std::uint32_t*)
 {
     return 0;
 }
@@ -350,7 +359,6 @@ bool CGaussBlur::PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to
     const std::vector<std::int16_t> weights(m_kernel.begin(), m_kernel.end());
     const std::uint32_t largest = *std::max_element(m_kernel.begin(), m_kernel.end());
     const bool smallWeights = largest <= SmallWeight;
-    const int pairsPerWiden = smallWeights ? int(65535 / (2 * 255 * largest)) : 0;
     // The divisor of each window: the sum of the weights that meet pixels.
     const auto dividerOf = [&](const Window& w) {
         std::uint64_t sum = 0;
@@ -387,7 +395,7 @@ bool CGaussBlur::PassRows(const gfx::BitmapData& from, const gfx::BitmapData& to
         const std::int16_t* k = weights.data() + w.weight;
         int j = begin;
         if (wide && smallWeights) {
-            j += weighRunSmall(base + (j - back), step, k, w.count, pairsPerWiden, end - j, sums.data() + j);
+            j += weighRunSmall(base + (j - back), step, k, w.count, end - j, sums.data() + j);
         } else if (wide) {
             for (; j + 32 <= end; j += 32)
                 weigh32(base + (j - back), step, k, w.count, sums.data() + j);
