@@ -183,11 +183,40 @@ __attribute__((target("avx2"))) void weigh32(const std::uint8_t* base, std::ptrd
     storeSums(acc, sums);
 }
 
+// The sums of `Blocks` blocks of 32 bytes for weighRunSmall: pair p of taps takes rows 2p and
+// 2p + 1 from `row`, but the pair numbered `single` takes row 2p alone.
+template <int Blocks>
+AVX2_INLINE void weighBlocks(const std::uint8_t* row, std::ptrdiff_t step, const __m256i* paired,
+                             const int* groupEnd, int groups, int single, std::uint32_t* sums)
+{
+    const __m256i zero = _mm256_setzero_si256();
+    __m256i acc[Blocks][4];
+    for (auto& block : acc)
+        block[0] = block[1] = block[2] = block[3] = zero;
+    for (int g = 0, p = 0; g < groups; ++g) {
+        __m256i lo[Blocks], hi[Blocks];
+        for (int b = 0; b < Blocks; ++b)
+            lo[b] = hi[b] = zero;
+        for (; p < groupEnd[g]; ++p) {
+            const std::uint8_t* first = row + 2 * p * step;
+            for (int b = 0; b < Blocks; ++b) {
+                const __m256i x = load(first + 32 * b), y = p == single ? zero : load(first + step + 32 * b);
+                lo[b] = _mm256_add_epi16(lo[b], _mm256_maddubs_epi16(_mm256_unpacklo_epi8(x, y), paired[p]));
+                hi[b] = _mm256_add_epi16(hi[b], _mm256_maddubs_epi16(_mm256_unpackhi_epi8(x, y), paired[p]));
+            }
+        }
+        for (int b = 0; b < Blocks; ++b)
+            widen(acc[b], lo[b], hi[b]);
+    }
+    for (int b = 0; b < Blocks; ++b)
+        storeSums(acc[b], sums + 32 * b);
+}
+
 // Sums for a run of `bytes` bytes (a multiple of 32 is done; the count is returned) for kernels
 // whose weights are at most SmallWeight: unsigned pixel bytes times signed weight bytes, a pair of
 // taps at a time into 16 bits (at most 255 x 128, no saturation), added up in 16-bit lanes for as
 // many pairs as keep the sum below 2^16 before they are widened to 32 bits. Two blocks of 32
-// bytes go together, so that each pair's weights are fetched once for both.
+// bytes go together where they can, so that each pair's weights are fetched once for both.
 __attribute__((target("avx2"))) int weighRunSmall(const std::uint8_t* base, std::ptrdiff_t step,
                                                   const std::int16_t* weights, int count, int bytes,
                                                   std::uint32_t* sums)
@@ -210,44 +239,12 @@ __attribute__((target("avx2"))) int weighRunSmall(const std::uint8_t* base, std:
         groupWeight += pairWeight;
     }
     groupEnd[groups++] = pairs;
-    const bool oddTail = count % 2 != 0;
-    const __m256i zero = _mm256_setzero_si256();
-
+    const int single = count % 2 != 0 ? pairs - 1 : -1;
     int j = 0;
-    for (; j + 64 <= bytes; j += 64) {
-        __m256i first[4] = {zero, zero, zero, zero}, second[4] = {zero, zero, zero, zero};
-        for (int g = 0, p = 0; g < groups; ++g) {
-            __m256i lo0 = zero, hi0 = zero, lo1 = zero, hi1 = zero;
-            for (; p < groupEnd[g]; ++p) {
-                const std::uint8_t* row = base + j + 2 * p * step;
-                const bool single = oddTail && p == pairs - 1;
-                const __m256i a0 = load(row), a1 = load(row + 32);
-                const __m256i b0 = single ? zero : load(row + step), b1 = single ? zero : load(row + step + 32);
-                lo0 = _mm256_add_epi16(lo0, _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a0, b0), paired[p]));
-                hi0 = _mm256_add_epi16(hi0, _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a0, b0), paired[p]));
-                lo1 = _mm256_add_epi16(lo1, _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a1, b1), paired[p]));
-                hi1 = _mm256_add_epi16(hi1, _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a1, b1), paired[p]));
-            }
-            widen(first, lo0, hi0);
-            widen(second, lo1, hi1);
-        }
-        storeSums(first, sums + j);
-        storeSums(second, sums + j + 32);
-    }
-    for (; j + 32 <= bytes; j += 32) {
-        __m256i acc[4] = {zero, zero, zero, zero};
-        for (int g = 0, p = 0; g < groups; ++g) {
-            __m256i lo = zero, hi = zero;
-            for (; p < groupEnd[g]; ++p) {
-                const std::uint8_t* row = base + j + 2 * p * step;
-                const __m256i a = load(row), b = oddTail && p == pairs - 1 ? zero : load(row + step);
-                lo = _mm256_add_epi16(lo, _mm256_maddubs_epi16(_mm256_unpacklo_epi8(a, b), paired[p]));
-                hi = _mm256_add_epi16(hi, _mm256_maddubs_epi16(_mm256_unpackhi_epi8(a, b), paired[p]));
-            }
-            widen(acc, lo, hi);
-        }
-        storeSums(acc, sums + j);
-    }
+    for (; j + 64 <= bytes; j += 64)
+        weighBlocks<2>(base + j, step, paired, groupEnd, groups, single, sums + j);
+    for (; j + 32 <= bytes; j += 32)
+        weighBlocks<1>(base + j, step, paired, groupEnd, groups, single, sums + j);
     return j;
 }
 
