@@ -72,10 +72,8 @@ TEST_F(LabelDrawing, LabelPathsOfDiscsCardsAndRectangles)
     useTemplate(1);
     gfx::GraphicsPath card;
     doc.BuildLabelPath(100, 100, card, 0, false);
-    EXPECT_TRUE(card.IsVisible(QPointF(150, 0)));
-    EXPECT_TRUE(card.IsVisible(QPointF(0, 115)));
-    EXPECT_FALSE(card.IsVisible(QPointF(0, 125)));
-    EXPECT_FALSE(card.IsVisible(QPointF(0, -125)));
+    for (const auto& [x, y, inside] : {std::tuple{150, 0, true}, {0, 115, true}, {0, 125, false}, {0, -125, false}})
+        EXPECT_EQ(card.IsVisible(QPointF(x, y)), inside) << x << ", " << y;
 
     // A rectangle has no hole.
     addTemplate("SHEET\nCard\n\n4\n4\n1\n0\n0\nRECT\n1\nCard\n2\n2\n3\n1\n0\nENDOBJECT\nEND\n");

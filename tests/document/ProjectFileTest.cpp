@@ -85,9 +85,8 @@ void background(ArchiveBytes& b, const QByteArray& image = {})
     b.i32(-1).u32(0x00FF00).u32(0).str8(image).i32(5).i32(-5).f64(0.5).i32(4).u8(2);
 }
 
-// A file of an older format as another writer leaves it: 8-bit strings throughout, a rectangle
-// with a picture on label 0, a triangle on label 1, a text without tracking and leading on
-// label 2, one field.
+// An older file as another writer leaves it, 8-bit strings throughout: a rectangle with a picture,
+// a triangle, and a text without tracking and leading, on labels 0 to 2; one field.
 QByteArray olderProject(const QByteArray& fileId, bool withTemplateIndex, bool withText = true)
 {
     ArchiveBytes b;
@@ -170,8 +169,8 @@ TEST_F(ProjectFile, OlderFormatsWithEightBitStringsLoadAndAreSavedAsTheLatest)
         EXPECT_TRUE(messages.empty());
         EXPECT_EQ(doc.m_nTemplate, is15 ? 7 : 3) << "1.5 has no template index: the old value stays";
         EXPECT_EQ(doc.StoredBusDia(), 4.72);
-        EXPECT_EQ(doc.GetBackground(0).ImageFile, QStringLiteral("C:\\Bilder\\café.jpg"));
-        EXPECT_EQ(doc.GetBackground(0).FitMode, 2);
+        EXPECT_EQ(std::pair(doc.GetBackground(0).ImageFile, int(doc.GetBackground(0).FitMode)),
+                  std::pair(QStringLiteral("C:\\Bilder\\café.jpg"), 2));
         ASSERT_EQ(doc.GetObjects(0).GetCount(), 1);
         const auto& rect = dynamic_cast<const CDrawRect&>(*doc.GetObjects(0).GetAt(0));
         EXPECT_EQ(std::tuple(rect.m_pictureFile, rect.m_shape), std::tuple(QStringLiteral("Blüte.png"), 0x100));
@@ -214,8 +213,7 @@ TEST_F(ProjectFile, HeadersDecideTheVersionAndWhetherToAsk)
     answer = MessageBox::IdYes;
     ASSERT_TRUE(doc.OnOpenDocument(withHeader("tessarelle_1.7")));
     EXPECT_EQ(messages.size(), 2u);
-    EXPECT_EQ(doc.GetObjects(0).GetCount(), 1);
-    EXPECT_EQ(doc.GetObjects(1).GetCount(), 1);
+    EXPECT_EQ(std::tuple(doc.GetObjects(0).GetCount(), doc.GetObjects(1).GetCount()), std::tuple(1, 1));
 }
 
 TEST_F(ProjectFile, OpeningClearsTheLabelsAppendsTheFieldsAndTakesTheFolderAndThePath)
@@ -244,9 +242,8 @@ TEST_F(ProjectFile, OpeningClearsTheLabelsAppendsTheFieldsAndTakesTheFolderAndTh
     // A file that isn't there leaves an empty document, reported, with the folder unchanged.
     EXPECT_FALSE(doc.OnOpenDocument(path("missing.dst")));
     EXPECT_EQ(messages, std::vector<QString>{CDocument::FailedInvalidPath.arg("missing.dst")});
-    EXPECT_EQ(doc.GetObjects(0).GetCount(), 0);
-    EXPECT_EQ(doc.GetBackground(0).ImageFile, QString());
-    EXPECT_EQ(std::tuple(doc.m_strFolder, doc.GetPathName()), std::tuple(sub, file));
+    EXPECT_EQ(std::tuple(doc.GetObjects(0).GetCount(), doc.GetBackground(0).ImageFile, doc.m_strFolder, doc.GetPathName()),
+              std::tuple(0, QString(), sub, file));
 
     // A folder, and a device that would never end, aren't read at all.
     messages.clear();
