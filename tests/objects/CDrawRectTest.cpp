@@ -47,10 +47,7 @@ TEST(DrawRect, OutlinesOfRoundRectanglesAndArcs)
     // An arc sweeps clockwise from the start angle to the end.
     auto arc = shape(CDrawRect::Arc);
     arc->m_ringX = arc->m_ringY = 20;
-    const struct {
-        float start, end;
-        QPointF inside, outside;
-    } cases[] = {
+    const struct { float start, end; QPointF inside, outside; } cases[] = {
         {90, 0, {60, 60}, {-60, 60}},    // the quarter between the positive axes
         {0, 90, {-60, 60}, {60, 60}},    // the long way round
         {90, 720, {60, 60}, {-60, -60}}, // an end beyond a turn is brought back
@@ -58,8 +55,7 @@ TEST(DrawRect, OutlinesOfRoundRectanglesAndArcs)
         {90, -1000, {-60, -60}, {0, 0}},
     };
     for (const auto& c : cases) {
-        arc->m_startAngle = c.start;
-        arc->m_endAngle = c.end;
+        std::tie(arc->m_startAngle, arc->m_endAngle) = std::pair(c.start, c.end);
         drawOnce(*arc);
         EXPECT_TRUE(arc->m_path.IsVisible(c.inside)) << c.start << " " << c.end;
         EXPECT_FALSE(arc->m_path.IsVisible(c.outside)) << c.start << " " << c.end;
@@ -107,15 +103,10 @@ TEST(DrawRect, PickingFollowsTheDrawnOutlineAndLinesAlongABand)
 
     auto falling = shape(CDrawRect::Line, CRect(0, 100, 100, 0));
     falling->m_lineWidth = 4; // half-thickness (4 + 10) / 2 = 7
-    auto rising = shape(CDrawRect::Line, CRect(0, 0, 100, 100));
+    auto rising = shape(CDrawRect::Line, CRect(0, 0, 100, 100)), dot = shape(CDrawRect::Line, CRect(5, 5, 5, 5));
     // Horizontal: the empty rectangle skips the overlap test; 5 to each side, far edge out.
     auto flat = shape(CDrawRect::ArrowLine, CRect(-100, 0, 100, 0));
-    auto dot = shape(CDrawRect::Line, CRect(5, 5, 5, 5));
-    const struct {
-        CDrawRect* line;
-        CPoint at;
-        bool picked;
-    } cases[] = {
+    const struct { CDrawRect* line; CPoint at; bool picked; } cases[] = {
         {falling.get(), {53, 53}, true}, {falling.get(), {50, 60}, false}, {falling.get(), {20, 20}, false},
         {falling.get(), {20, 80}, true}, {rising.get(), {20, 20}, true},   {rising.get(), {20, 80}, false},
         {flat.get(), {0, 4}, true},      {flat.get(), {0, -5}, true},      {flat.get(), {0, 5}, false},
@@ -138,16 +129,14 @@ TEST(DrawRect, HandlesOfEachShape)
     round->m_cornerSize = CPoint(60, 40);
     EXPECT_EQ(round->GetHandle(9), CPoint(270, 180));
     auto halo = shape(CDrawRect::Halo);
-    halo->m_startAngle = 0;
-    halo->m_ringX = 30;
+    std::tie(halo->m_startAngle, halo->m_ringX) = std::pair(0.0f, 30.0f);
     EXPECT_EQ(halo->GetHandle(9), CPoint(70, 0));
     halo->m_shape |= CDrawRect::AspectLock; // locked: always at 45 degrees
     halo->m_ringY = 30;
     EXPECT_EQ(halo->GetHandle(9), CPoint(49, 49));
     auto arc = shape(CDrawRect::Arc);
     arc->m_ringX = arc->m_ringY = 20;
-    arc->m_endAngle = 180;
-    arc->m_ringAngle = 0;
+    std::tie(arc->m_endAngle, arc->m_ringAngle) = std::pair(180.0f, 0.0f);
     EXPECT_EQ(arc->GetHandle(9), CPoint(0, 90)); // mid-ring at the start angle
     EXPECT_EQ(arc->GetHandle(10), CPoint(-90, 0));
     EXPECT_EQ(arc->GetHandle(11), CPoint(80, 0)); // on the inner ellipse
@@ -264,15 +253,12 @@ TEST(DrawRect, CloneAndCopyKeepTheShapeButNotTheRingAngleOrCaches)
 {
     auto arc = shape(CDrawRect::Arc | CDrawRect::AspectLock, CRect(0, 100, 200, 0));
     arc->m_cornerSize = CPoint(11, 12);
-    arc->m_endAngle = 14;
-    arc->m_ringY = 16;
-    arc->m_ringAngle = 17;
+    std::tie(arc->m_endAngle, arc->m_ringY, arc->m_ringAngle) = std::tuple(14.0f, 16.0f, 17.0f);
     drawOnce(*arc);
     const auto clone = arc->Clone();
     const auto& copy = dynamic_cast<const CDrawRect&>(*clone);
     EXPECT_EQ(stored(*clone), stored(*arc));
-    EXPECT_FLOAT_EQ(copy.m_ringAngle, 45);
-    EXPECT_TRUE(copy.m_path.IsEmpty());
+    EXPECT_TRUE(copy.m_ringAngle == 45 && copy.m_path.IsEmpty());
     auto target = shape(CDrawRect::Rectangle, CRect(5, 5, 6, 6));
     target->CopyProperties(*arc);
     EXPECT_EQ(target->m_position, CRect(5, 5, 6, 6));

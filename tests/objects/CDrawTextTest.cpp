@@ -44,23 +44,18 @@ QPointF centreOf(const CRect& r)
     return QPointF((r.left + r.right) / 2.0, (r.top + r.bottom) / 2.0);
 }
 
-// Centre of the pixels darker than the threshold in every channel.
-QPointF darkCentroid(const QImage& image, int threshold = 128)
+// Centre of the pixels darker than 128 in every channel.
+QPointF darkCentroid(const QImage& image)
 {
     QPointF sum;
     int n = 0;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
-            if (near(image.pixel(x, y), Qt::black, threshold - 1)) {
+            if (near(image.pixel(x, y), Qt::black, 127)) {
                 sum += QPointF(x, y);
                 ++n;
             }
     return n ? sum / n : QPointF(-1, -1);
-}
-
-QImage drawn(CDrawText& text, int size = 400)
-{
-    return ShapeCanvas::render(std::vector<CDrawText*>{&text}, size);
 }
 
 } // namespace
@@ -73,24 +68,18 @@ TEST_F(CDrawTextTest, NewTextsTakeTheDefaultsAndCopiesTakeEveryField)
 
     auto source = makeText(QStringLiteral("Copy me\r\ntwice"), CRect(-300, 300, 300, -300));
     source->m_textPathKind = CDrawText::CurvedCW | CDrawText::AspectLock;
-    source->m_aux1 = QStringLiteral("a1");
-    source->m_auxColor1 = gfx::Color(0x11223344u);
+    std::tie(source->m_aux1, source->m_aux2, source->m_auxColor1, source->m_auxColor2) =
+        std::tuple(QStringLiteral("a1"), QStringLiteral("a2"), gfx::Color(0x11223344u), gfx::Color(0x55667788u));
     std::tie(source->m_auxByte1, source->m_auxInt1, source->m_auxByte2, source->m_auxByte3, source->m_auxInt2) =
         std::tuple(5, 6, 7, 8, 9);
-    source->m_aux2 = QStringLiteral("a2");
-    source->m_auxColor2 = gfx::Color(0x55667788u);
-    source->m_fontStyle = gfx::FontStyleItalic;
-    source->m_tracking = 3;
-    source->m_leading = -4;
+    std::tie(source->m_fontStyle, source->m_tracking, source->m_leading) = std::tuple(gfx::FontStyleItalic, 3, -4);
     source->SetEffects(gfx::Color(255, 1, 2, 3), CDrawText::Neon, 5, 6, 7, 1, 8, 9, 10, 11);
     source->m_fillColor1 = gfx::Color(255, 9, 9, 9);
     source->Layout();
     const std::unique_ptr<CDrawObj> copy = source->Clone();
-    const auto& c = dynamic_cast<const CDrawText&>(*copy);
     EXPECT_EQ(stored(*copy), stored(*source));
     // The copy lays itself out: the same glyphs in the same places.
-    EXPECT_EQ(c.m_textPath.GetPathPoints(), source->m_textPath.GetPathPoints());
-    EXPECT_FLOAT_EQ(c.m_ringWidth, source->m_ringWidth);
+    EXPECT_EQ(dynamic_cast<const CDrawText&>(*copy).m_textPath.GetPathPoints(), source->m_textPath.GetPathPoints());
 
     // CopyProperties takes the rectangle too, from any object, and lays out again.
     CDrawText target(CRect(0, 10, 10, 0));
@@ -115,7 +104,6 @@ TEST_F(CDrawTextTest, SettersLayOutExceptForEffects)
     EXPECT_GT(wider.Width(), before.Width());
     text->SetFont(text->m_fontName, 24, gfx::FontStyleBold);
     EXPECT_GT(text->m_position.Width(), wider.Width());
-    EXPECT_GT(std::abs(text->m_position.Height()), std::abs(wider.Height()));
 }
 
 TEST_F(CDrawTextTest, StraightBoxFitsItsContentAboutTheCentre)
@@ -207,8 +195,8 @@ TEST_F(CDrawTextTest, HandlesTurnTheTextAndTellThePanel)
     EXPECT_NEAR(text->m_angle, 135, 1e-4);
     EXPECT_EQ(told, (QStringList{QStringLiteral("0.0"), QStringLiteral("135.0")}));
     // The handle follows toward the point it was dragged to.
-    EXPECT_LT(text->GetHandle(1).x, text->m_position.Normalized().CenterPoint().x);
-    EXPECT_LT(text->GetHandle(1).y, text->m_position.Normalized().CenterPoint().y);
+    const CPoint h1 = text->GetHandle(1), centre = text->m_position.Normalized().CenterPoint();
+    EXPECT_TRUE(h1.x < centre.x && h1.y < centre.y);
 
     // Curved text: base handles and handle 9 on the ellipse, by the ellipse's parameter.
     auto curved = makeText(QStringLiteral("Text"), CRect(-200, 100, 200, -100), CDrawText::CurvedCW);
@@ -247,13 +235,12 @@ TEST_F(CDrawTextTest, HandlesTurnTheTextAndTellThePanel)
     const auto ink = [](QRgb p) { return qGray(p) < 100 && std::abs(qRed(p) - qBlue(p)) < 40; };
     const auto framed = [](QRgb p) { return std::abs(qRed(p) - qBlue(p)) >= 40; };
     int inked = 0, moved = 0;
-    for (int y = 0; y < upright.height(); ++y) {
+    for (int y = 0; y < upright.height(); ++y)
         for (int x = 0; x < upright.width(); ++x) {
             const QRgb a = upright.pixel(x, y), b = turned.pixel(x, y);
             inked += ink(a);
             moved += !framed(a) && !framed(b) && ink(a) != ink(b);
         }
-    }
     EXPECT_GT(inked, 20);
     EXPECT_LT(countPixels(upright, QColor(0, 0, 255), 60), 40) << "no square under the picture";
     EXPECT_GT(moved, 8) << "an unturned picture leaves none";
@@ -263,8 +250,7 @@ TEST_F(CDrawTextTest, HandlesTurnTheTextAndTellThePanel)
     curved->MoveHandleTo(3, CPoint(300, 120), nullptr);
     EXPECT_EQ(curved->m_position, CRect(-200, 120, 300, -100));
     curved->m_textPathKind |= CDrawText::AspectLock;
-    curved->m_position = CRect(-200, 100, 200, -100);
-    curved->m_aspect = 2;
+    std::tie(curved->m_position, curved->m_aspect) = std::pair(CRect(-200, 100, 200, -100), 2.0);
     curved->MoveHandleTo(3, CPoint(300, 10), nullptr);
     EXPECT_EQ(curved->m_position, CRect(-300, 150, 300, -150));
 }
@@ -306,21 +292,16 @@ TEST_F(CDrawTextTest, TransparencyAndShadowPaintInTheirPlaces)
     auto text = makeText(QStringLiteral("HHH"), CRect(-100, 40, 100, -40), CDrawText::Straight, CDrawText::Centered);
     text->m_fontStyle = gfx::FontStyleBold;
     text->Layout();
-    const QImage opaque = drawn(*text);
+    const QImage opaque = drawn(*text, 400);
     const QPointF glyphs = darkCentroid(opaque);
     text->m_textTransparency = 50; // blends with the white label
-    EXPECT_GT(countPixels(drawn(*text), QColor(128, 128, 128), 10), countPixels(opaque, Qt::black, 10) / 2);
+    EXPECT_GT(countPixels(drawn(*text, 400), QColor(128, 128, 128), 10), countPixels(opaque, Qt::black, 10) / 2);
     // The text itself invisible, its hard shadow 30 right and 20 down on the label.
     text->m_textTransparency = 100;
     text->SetEffects(gfx::Color(), CDrawText::Normal, 1, 0, 0, 1, 30, 20, 0, 0);
-    const QPointF shadow = darkCentroid(drawn(*text)) - glyphs;
+    const QPointF shadow = darkCentroid(drawn(*text, 400)) - glyphs;
     EXPECT_NEAR(shadow.x(), 30, 1.5);
     EXPECT_NEAR(shadow.y(), 20, 1.5);
-    // A blurred shadow is grey, and stays centred on the same place.
-    text->m_shadowBlur = 255;
-    const QImage blurred = drawn(*text);
-    EXPECT_EQ(countPixels(blurred, QColor(0, 0, 0), 30), 0);
-    EXPECT_LT(QLineF(darkCentroid(blurred, 240) - glyphs, QPointF(30, 20)).length(), 4);
 }
 
 TEST_F(CDrawTextTest, BadInputEndsSafely)

@@ -26,12 +26,9 @@ void expectTruncated(int sample, double exact, int index)
         EXPECT_EQ(sample, int(std::trunc(exact))) << "sample " << index << ", exact " << exact;
 }
 
-// Three points spaced evenly on a line: the system for the tangents is
-//   2 B0 + B1 = 3a,  B0 + 4 B1 + B2 = 6a,  B1 + 2 B2 = 3a,
-// solved by B = a. Starting from the right-hand side over the diagonal (1.5 a everywhere),
-// every Jacobi sweep halves the error and flips its sign, so after exactly ten sweeps
-// B = a + a/2 (-1/2)^10 at all three points, and the spline deviates from uniform speed by
-// (B - a) t (t - 1)(2t - 1).
+// Three points evenly on a line, chord a: the tangent system (2 B0 + B1 = 3a, B0 + 4 B1 + B2 = 6a,
+// B1 + 2 B2 = 3a) is solved by B = a. From the start 1.5 a each Jacobi sweep halves the error and
+// flips its sign, so ten sweeps leave B = a + a/2 (-1/2)^10 and a deviation (B - a) t (t - 1)(2t - 1).
 double evenLineAt(double chord, double t)
 {
     return chord * t + chord / 2 * std::pow(-0.5, 10) * t * (t - 1) * (2 * t - 1);
@@ -61,18 +58,14 @@ TEST(Spline, SamplesEachSegmentByStepsOfItsLongerAxis)
     ASSERT_EQ(samples.size(), size_t(spline.GetCurveCount()));
     ASSERT_EQ(samples.size(), 13u + 7u + 2u);
     // Each segment starts with its own first point, so the joints appear twice.
-    EXPECT_EQ(samples[12], CPoint(3, 100));
-    EXPECT_EQ(samples[13], CPoint(3, 100));
-    EXPECT_EQ(samples[20], CPoint(-47, 90));
-    EXPECT_EQ(samples[21], CPoint(-47, 97));
+    EXPECT_EQ((std::vector<CPoint>{samples[12], samples[13], samples[20], samples[21]}),
+              (std::vector<CPoint>{{3, 100}, {3, 100}, {-47, 90}, {-47, 97}}));
 }
 
 TEST(Spline, ArchMatchesTheAnalyticCurveAfterTenSweeps)
 {
-    // Two chords of equal length, (100, 100) and (100, -100). Across, the system is that of an
-    // even line. Up, the right-hand side is (300, 0, -300), whose exact solution (150, 0, -150)
-    // is also the starting guess, so the height is exact: y = 150 t - 50 t^3 on the first
-    // segment and its mirror on the second.
+    // Chords (100, 100) and (100, -100): across, an even line; up, the start (150, 0, -150) is the
+    // exact solution, so y = 150 t - 50 t^3 on the first segment and its mirror on the second.
     const CPoint points[] = {{0, 0}, {100, 100}, {200, 0}};
     const CSpline spline(points, 3);
     for (int i = 0; i < 3; ++i) {
@@ -92,9 +85,8 @@ TEST(Spline, ArchMatchesTheAnalyticCurveAfterTenSweeps)
 
 TEST(Spline, SegmentRatiosAndTheResidueOfTenSweepsShowOnLongLines)
 {
-    // With chords of 100,000 units the error left by ten sweeps, a/2 / 1024 = 48.8, bends the
-    // samples by up to 4.7 units off uniform speed: a solver run to convergence, or one sweep
-    // more or less, lands several units away.
+    // Chords of 100,000: the error left by ten sweeps (48.8) bends the samples up to 4.7 units off
+    // uniform speed; a solver run to convergence, or one sweep more or less, lands units away.
     const CPoint points[] = {{0, 0}, {100000, 0}, {200000, 0}};
     const CSpline spline(points, 3);
     const int steps = spline.GetSteps(0);
@@ -104,9 +96,8 @@ TEST(Spline, SegmentRatiosAndTheResidueOfTenSweepsShowOnLongLines)
         EXPECT_NEAR(samples[size_t(i)].x, evenLineAt(100000, double(i) / steps), 1.0) << i;
     EXPECT_GT(samples[216].x - 100000.0 * 216 / steps, 3.0); // the residue itself
 
-    // Chords of 100 and 200 on one line: with the parameter scaled by segment length the exact
-    // tangents are the chords themselves, a uniform motion. Wrong ratios would bunch the
-    // samples up (a ratio of 2 instead of 0.5 puts the middle of the first segment at x = 12).
+    // Chords of 100 and 200 on one line: scaled by segment length, the tangents are the chords, a
+    // uniform motion; wrong ratios bunch the samples (2 for 0.5 puts the first middle at x = 12).
     const CPoint uneven[] = {{0, 0}, {100, 0}, {300, 0}};
     const std::vector<CPoint> even = samplesOf(CSpline(uneven, 3));
     ASSERT_EQ(even.size(), size_t(12 + 1 + 25 + 1));

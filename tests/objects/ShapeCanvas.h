@@ -67,6 +67,12 @@ private:
     std::unique_ptr<gfx::Graphics> m_graphics;
 };
 
+// One object drawn on a fresh canvas.
+template <class Object> QImage drawn(Object& object, int size = 200)
+{
+    return ShapeCanvas::render(std::vector<Object*>{&object}, size);
+}
+
 inline bool near(QRgb pixel, QColor color, int tolerance = 8)
 {
     return std::abs(qRed(pixel) - color.red()) <= tolerance && std::abs(qGreen(pixel) - color.green()) <= tolerance
@@ -167,8 +173,7 @@ inline void compareWithReference(const QString& name, QImage rendered, double sh
     for (int y = 0; y < rendered.height(); ++y)
         for (int x = 0; x < rendered.width(); ++x) {
             const QRgb p = reference.pixel(x, y), q = rendered.pixel(x, y);
-            differing += std::abs(qRed(p) - qRed(q)) > 8 || std::abs(qGreen(p) - qGreen(q)) > 8
-                         || std::abs(qBlue(p) - qBlue(q)) > 8 || std::abs(qAlpha(p) - qAlpha(q)) > 8;
+            differing += !near(p, QColor(q)) || std::abs(qAlpha(p) - qAlpha(q)) > 8;
         }
     if (differing > rendered.width() * rendered.height() * share) {
         const QString actual = QDir::tempPath() + "/" + name + ".actual.png";

