@@ -32,24 +32,20 @@ QString poppler(const QByteArray& pdf, const QString& tool, QStringList argument
     return QString::fromLocal8Bit(process.readAllStandardOutput());
 }
 
-QRegularExpressionMatch pdfInfo(const QByteArray& pdf, const QString& pattern)
-{
-    QTemporaryDir dir;
-    return QRegularExpression(pattern, QRegularExpression::MultilineOption).match(poppler(pdf, "pdfinfo", {"IN"}, dir));
-}
-
 } // namespace
 
-int PrintOutput::PageCount(const QByteArray& pdf)
+int PrintOutput::PageCount(const QByteArray& pdf, QSizeF* pageSize)
 {
-    const QRegularExpressionMatch match = pdfInfo(pdf, "^Pages:\\s+(\\d+)");
-    return match.hasMatch() ? match.captured(1).toInt() : -1;
-}
-
-QSizeF PrintOutput::PageSizePoints(const QByteArray& pdf)
-{
-    const QRegularExpressionMatch match = pdfInfo(pdf, "^Page size:\\s+([\\d.]+) x ([\\d.]+) pts");
-    return match.hasMatch() ? QSizeF(match.captured(1).toDouble(), match.captured(2).toDouble()) : QSizeF();
+    QTemporaryDir dir;
+    const QString info = poppler(pdf, "pdfinfo", {"IN"}, dir);
+    const auto match = [&](const char* pattern) {
+        return QRegularExpression(pattern, QRegularExpression::MultilineOption).match(info);
+    };
+    const QRegularExpressionMatch size = match("^Page size:\\s+([\\d.]+) x ([\\d.]+) pts");
+    const QRegularExpressionMatch pages = match("^Pages:\\s+(\\d+)");
+    if (pageSize)
+        *pageSize = size.hasMatch() ? QSizeF(size.captured(1).toDouble(), size.captured(2).toDouble()) : QSizeF();
+    return pages.hasMatch() ? pages.captured(1).toInt() : -1;
 }
 
 QImage PrintOutput::Render(const QByteArray& pdf, int dpi)
@@ -68,12 +64,6 @@ int PrintOutput::FirstRedColumn(const QImage& image, int row)
             return x;
     }
     return -1;
-}
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 Spooler::JobState finalState(const QString& queue, int job)
@@ -102,6 +92,15 @@ void addRedSquare(CDrawDoc& doc)
     doc.Add(std::move(square));
 }
 
+QString writeBluePicture(const TestFolder& folder)
+{
+    QImage blue(300, 300, QImage::Format_RGB32);
+    blue.fill(QColor(0, 0, 255));
+    const QString path = folder.path() + "/picture.png";
+    EXPECT_TRUE(blue.save(path));
+    return path;
+}
+
 void PrintingTest::SetUp()
 {
     ASSERT_TRUE(cups.Running()) << cups.Failure().toStdString();
@@ -116,6 +115,13 @@ void PrintingTest::SetUp()
 void PrintingTest::TearDown()
 {
     cups.UseAgain();
+    EXPECT_TRUE(messages.isEmpty()) << messages.join('\n').toStdString();
+}
+
+QByteArray PrintingTest::received(int count)
+{
+    EXPECT_TRUE(cups.RawPrinter().WaitForJobs(count, 30000)) << cups.ErrorLog().toStdString();
+    return cups.RawPrinter().Jobs().value(count - 1);
 }
 
 CaughtMessages::CaughtMessages()

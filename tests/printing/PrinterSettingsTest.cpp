@@ -98,7 +98,6 @@ TEST_F(PrinterSettingsTest, RecordsOfAPrinterAndTheMessagesWhenThereIsNone)
     EXPECT_EQ(names.size(), 2 * (4 + 38 + 12 + 11));
     EXPECT_EQ(DEVMODE::Copies(*pdfMode), 1);
     EXPECT_EQ(DEVMODE::Resolution(*pdfMode), 300);
-    EXPECT_TRUE(messages.isEmpty()) << messages.join('\n').toStdString();
 
     // The description finds the queue, too.
     HGLOBAL mode, devNames;
@@ -112,6 +111,7 @@ TEST_F(PrinterSettingsTest, RecordsOfAPrinterAndTheMessagesWhenThereIsNone)
     EXPECT_EQ(messages, QStringList({"Error:  Unable to connect to Nowhere. Error 1030",
                                      "Error: DevMode or DevNames are invalid\n",
                                      "Error:  Unable to connect to Raw. Error 1283"}));
+    messages.clear();
 }
 
 TEST_F(PrinterSettingsTest, LoadReadsTheSavedFileOrTakesTheDefaultPrinter)
@@ -155,7 +155,6 @@ TEST_F(PrinterSettingsTest, LoadReadsTheSavedFileOrTakesTheDefaultPrinter)
     CPrinterSettings none;
     EXPECT_EQ(none.Load("Elsewhere"), ENOENT);
     EXPECT_FALSE(none.hDevMode || none.hDevNames || !none.PrinterName.isEmpty());
-    EXPECT_TRUE(messages.isEmpty()) << messages.join('\n').toStdString();
 }
 
 TEST_F(PrinterSettingsTest, DamagedFilesAreReadAsFarAsTheyGo)
@@ -228,6 +227,7 @@ TEST_F(PrinterSettingsTest, ChooseTakesANamedPrinterWithOrWithoutTheDialog)
     EXPECT_FALSE(settings.Choose(nullptr, "Nowhere"));
     EXPECT_EQ(messages, QStringList({"Error:  Unable to connect to Nowhere. Error 1030"}));
     EXPECT_TRUE(settings.PrinterName.isEmpty());
+    messages.clear();
 }
 
 TEST_F(PrinterSettingsTest, AJobPrintsOnTheSettingsPrinterAndPutsTheFormerOneBack)

@@ -20,14 +20,9 @@
 
 namespace {
 
-constexpr int StartTimeoutMs = 20000;
-constexpr int ToolTimeoutMs = 30000;
+constexpr int TimeoutMs = 20000;
 
-std::unique_ptr<PrivateCups>& instance()
-{
-    static std::unique_ptr<PrivateCups> cups;
-    return cups;
-}
+std::unique_ptr<PrivateCups> g_cups;
 
 // Stops the scheduler after the last test, while the application object still exists.
 class StopAtEnd : public ::testing::Environment {
@@ -66,45 +61,46 @@ bool writeFile(const QString& path, const QString& text)
 
 PrivateCups& PrivateCups::Instance()
 {
-    if (!instance()) {
-        instance().reset(new PrivateCups);
-        if (!instance()->Start())
-            instance()->Stop();
+    if (!g_cups) {
+        g_cups.reset(new PrivateCups);
+        g_cups->Start();
     }
-    return *instance();
+    return *g_cups;
 }
 
 void PrivateCups::Shutdown()
 {
-    instance().reset();
+    g_cups.reset();
 }
-
-PrivateCups::PrivateCups() = default;
 
 PrivateCups::~PrivateCups()
 {
-    Stop();
+    m_cupsd.terminate();
+    if (m_cupsd.state() != QProcess::NotRunning && !m_cupsd.waitForFinished(10000)) {
+        m_cupsd.kill();
+        m_cupsd.waitForFinished(5000);
+    }
 }
 
 bool PrivateCups::Start()
 {
     const auto fail = [this](const QString& why) {
         m_failure = why;
+        m_cupsd.kill();
+        m_cupsd.waitForFinished(5000);
         return false;
     };
     const QString cupsd = QStringLiteral("/usr/sbin/cupsd");
     if (!QFile::exists(cupsd))
         return fail("cupsd is not installed (Debian packages cups-daemon, cups-client)");
-    // As root the scheduler runs filters and backends as lp (it refuses root for them); as
-    // anyone else everything runs as that user.
-    const bool asRoot = ::geteuid() == 0;
-    const passwd* user = asRoot ? ::getpwnam("lp") : ::getpwuid(::geteuid());
-    const group* userGroup = asRoot ? ::getgrnam("lp") : ::getgrgid(::getegid());
-    if (!user || !userGroup)
-        return fail(asRoot ? "there is no user and group lp for the scheduler's filters"
-                           : "the test's own user or group has no name");
-    if (!m_dir.isValid())
-        return fail("no temporary folder for the scheduler");
+    // cups-pdf's backend runs under a scheduler started as root only, which runs filters and
+    // backends as lp.
+    if (::geteuid() != 0)
+        return fail("the printing tests need root for the scheduler");
+    const passwd* user = ::getpwnam("lp");
+    const group* userGroup = ::getgrnam("lp");
+    if (!user || !userGroup || !m_dir.isValid())
+        return fail("no user and group lp for the scheduler's filters, or no temporary folder");
 
     // Filters and backends must reach the spool through this folder.
     const QString base = m_dir.path();
@@ -115,7 +111,7 @@ bool PrivateCups::Start()
         QDir(base).mkpath(QLatin1String(folder));
     for (const char* folder : {"spool", "spool/tmp", "cache"}) {
         const QByteArray path = QFile::encodeName(base + '/' + QLatin1String(folder));
-        if (asRoot && ::chown(path.constData(), user->pw_uid, userGroup->gr_gid) != 0)
+        if (::chown(path.constData(), user->pw_uid, userGroup->gr_gid) != 0)
             return fail("can't give the scheduler's spool to lp");
     }
 
@@ -132,10 +128,10 @@ bool PrivateCups::Start()
         "  SubscriptionPrivateAccess all\n  SubscriptionPrivateValues none\n"
         "  <Limit All>\n    Order deny,allow\n  </Limit>\n</Policy>\n").arg(port);
     const QString files = QStringLiteral(
-        "User %2\nGroup %3\nSystemGroup root\n"
+        "User lp\nGroup lp\nSystemGroup root\n"
         "ServerRoot %1\nRequestRoot %1/spool\nTempDir %1/spool/tmp\nCacheDir %1/cache\nStateDir %1/state\n"
         "ServerKeychain %1/ssl\nErrorLog %1/log/error_log\nAccessLog %1/log/access_log\nPageLog %1/log/page_log\n")
-            .arg(base, QString::fromLocal8Bit(user->pw_name), QString::fromLocal8Bit(userGroup->gr_name));
+            .arg(base);
     if (!writeFile(base + "/cupsd.conf", conf) || !writeFile(base + "/cups-files.conf", files))
         return fail("can't write the scheduler's configuration");
 
@@ -143,14 +139,13 @@ bool PrivateCups::Start()
     // A test program that dies (a crash, a time limit) takes its scheduler with it.
     m_cupsd.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_cupsd.start(cupsd, {"-f", "-c", base + "/cupsd.conf", "-s", base + "/cups-files.conf"});
-    if (!m_cupsd.waitForStarted(StartTimeoutMs))
-        return fail("cupsd did not start: " + m_cupsd.errorString());
-    const QDeadlineTimer deadline(StartTimeoutMs);
+    const QDeadlineTimer deadline(TimeoutMs);
     while (!loopback(port)) {
         // Waiting on the process, rather than sleeping, notices at once that it has ended.
-        if (m_cupsd.waitForFinished(50) || m_cupsd.state() != QProcess::Running || deadline.hasExpired())
-            return fail(QStringLiteral("cupsd did not come up on %1: %2 %3")
-                            .arg(m_server, QString::fromLocal8Bit(m_cupsd.readAll()), ErrorLog()));
+        if (m_cupsd.waitForFinished(50) || m_cupsd.state() == QProcess::NotRunning || deadline.hasExpired())
+            return fail(QStringLiteral("cupsd did not come up on %1: %2 %3 %4")
+                            .arg(m_server, m_cupsd.errorString(), QString::fromLocal8Bit(m_cupsd.readAll()),
+                                 ErrorLog()));
     }
 
     // The tools started below and the program's spooler both talk to this scheduler only.
@@ -165,22 +160,8 @@ bool PrivateCups::Start()
         !Run("lpadmin", {"-p", "PDF", "-E", "-v", "cups-pdf:/", "-D", "PDF printer", "-P",
                          "/usr/share/ppd/cups-pdf/CUPS-PDF_opt.ppd"}, &output) ||
         !Run("lpadmin", {"-d", "Raw"}, &output))
-        // cups-pdf's backend may be run by root only, so its queue needs a scheduler started as root.
-        return fail("the test queues could not be made: " + output +
-                    (::geteuid() != 0 ? " (run the printing tests as root)" : ""));
+        return fail("the test queues could not be made: " + output);
     return true;
-}
-
-void PrivateCups::Stop()
-{
-    if (m_cupsd.state() != QProcess::NotRunning) {
-        m_cupsd.terminate();
-        if (!m_cupsd.waitForFinished(10000)) {
-            m_cupsd.kill();
-            m_cupsd.waitForFinished(5000);
-        }
-    }
-    m_printer.reset();
 }
 
 bool PrivateCups::Run(const QString& program, const QStringList& arguments, QString* output)
@@ -188,7 +169,7 @@ bool PrivateCups::Run(const QString& program, const QStringList& arguments, QStr
     QProcess tool;
     tool.setProcessChannelMode(QProcess::MergedChannels);
     tool.start(program, arguments);
-    const bool finished = tool.waitForStarted(ToolTimeoutMs) && tool.waitForFinished(ToolTimeoutMs);
+    const bool finished = tool.waitForStarted(TimeoutMs) && tool.waitForFinished(TimeoutMs);
     if (!finished)
         tool.kill();
     const QString text = QString::fromLocal8Bit(tool.readAll());

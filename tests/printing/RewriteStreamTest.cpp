@@ -2,9 +2,7 @@
 
 #include "printing/RewriteStream.h"
 
-#include <QCoreApplication>
 #include <QDir>
-#include <QProcess>
 
 namespace {
 
@@ -66,21 +64,17 @@ TEST(RewriteStreamBytes, EachKindOfCommand)
 
 TEST(RewriteStreamBytes, StreamsCutShortEndSafely)
 {
-    // A command cut off by the end is copied as far as it goes, and nothing more is read.
-    EXPECT_EQ(RewriteStreamBytes("ab" + bytes("1B2100")), "ab" + bytes("1B2100"));
-    EXPECT_EQ(RewriteStreamBytes(Marker.left(7)), Marker.left(7));
-    EXPECT_EQ(RewriteStreamBytes(bytes("1B")), bytes("1B"));
-    // Raw data longer than the rest of the stream: the rest is copied, unparsed.
-    const QByteArray longBlock = bytes("1B4640FFFF000000") + Marker;
-    EXPECT_EQ(RewriteStreamBytes(longBlock), longBlock);
-    const QByteArray longHeader = bytes("1B70FFFF00000000") + Fixed;
-    EXPECT_EQ(RewriteStreamBytes(longHeader), longHeader);
+    // A command cut off by the end is copied as far as it goes, and nothing more is read; so is
+    // the rest of a stream shorter than the raw data a block or header announces.
+    for (const QByteArray& cut : {"ab" + bytes("1B2100"), Marker.left(7), bytes("1B"),
+                                  bytes("1B4640FFFF000000") + Marker, bytes("1B70FFFF00000000") + Fixed})
+        EXPECT_EQ(RewriteStreamBytes(cut), cut) << cut.toHex().constData();
     // A header whose end lies behind it copies no data; parsing goes on behind it and ends.
     const QByteArray behind = QByteArray(300, 'x') + bytes("1B70000000000000") + Marker;
     EXPECT_EQ(RewriteStreamBytes(behind), QByteArray(300, 'x') + bytes("1B70000000000000") + Marker + Fixed);
 }
 
-TEST(RewriteStream, RewritesTheDiscPrintersFileInPlace)
+TEST(RewriteStream, RewritesTheDiscPrintersFileInPlaceOrShowsWhyNot)
 {
     TestFolder folder;
     CaughtMessages messages;
@@ -101,51 +95,34 @@ TEST(RewriteStream, RewritesTheDiscPrintersFileInPlace)
         EXPECT_TRUE(RewriteStream(path, c.device));
         EXPECT_EQ(readFile(path), c.after) << c.before.toHex().constData();
     }
-    EXPECT_TRUE(messages.isEmpty());
-}
 
-TEST(RewriteStream, FailuresShowTheirMessageAndLeaveTheFile)
-{
-    TestFolder folder;
-    CaughtMessages messages;
     const QString missing = folder.path() + "/no such file.prn";
     EXPECT_FALSE(RewriteStream(missing, Disc));
     EXPECT_FALSE(QFile::exists(missing)) << "opening for writing must not create the file";
-
     // A folder opens for reading but never for writing.
     const QString directory = folder.path() + "/a folder";
     QDir().mkpath(directory);
     EXPECT_FALSE(RewriteStream(directory, Disc));
-
-    EXPECT_EQ(messages,
-              QStringList({"Error Reading: " + missing, "Error Writing: " + directory}));
+    EXPECT_EQ(messages, QStringList({"Error Reading: " + missing, "Error Writing: " + directory}));
 }
 
 TEST(RewriteStream, CommandLineTool)
 {
     TestFolder folder;
     const QString path = folder.write("job with blanks.prn", "a" + Fixed + Marker + "b");
-    QByteArray out, err;
-    auto run = [&](const QStringList& args) {
-        QProcess process;
-        process.setStandardInputFile(QProcess::nullDevice());
-        process.start(QCoreApplication::applicationDirPath() + "/tessarelle-cli", args);
-        if (!process.waitForFinished(60000))
-            process.kill();
-        out = process.readAllStandardOutput();
-        err = process.readAllStandardError();
-        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    };
-    EXPECT_EQ(run({"rewrite", path, "Some Other Printer"}), 0);
+    CliRun run = runCli({"rewrite", path, "Some Other Printer"});
+    EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(readFile(path), "a" + Fixed + Marker + "b");
-    EXPECT_TRUE(out.contains("left as it is")) << out.constData();
-    EXPECT_EQ(run({"rewrite", path, Disc}), 0);
+    EXPECT_TRUE(run.out.contains("left as it is")) << run.out.constData();
+    run = runCli({"rewrite", path, Disc});
+    EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(readFile(path), "a" + Marker + Fixed + "b");
-    EXPECT_TRUE(out.contains("rewritten")) << out.constData();
+    EXPECT_TRUE(run.out.contains("rewritten")) << run.out.constData();
     const QString missing = folder.path() + "/missing.prn";
-    EXPECT_EQ(run({"rewrite", missing, Disc}), 1);
-    EXPECT_EQ(err, ("Error Reading: " + missing + "\n").toUtf8());
-    EXPECT_EQ(run({"rewrite", path}), 2);
+    run = runCli({"rewrite", missing, Disc});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.err, ("Error Reading: " + missing + "\n").toUtf8());
+    EXPECT_EQ(runCli({"rewrite", path}).exitCode, 2);
 }
 
 } // namespace

@@ -14,12 +14,8 @@ class SocketPrinter {
 public:
     SocketPrinter();
     ~SocketPrinter();
-    SocketPrinter(const SocketPrinter&) = delete;
-    SocketPrinter& operator=(const SocketPrinter&) = delete;
 
-    // 0 when no port could be opened.
-    int Port() const { return m_port; }
-
+    int Port() const { return m_port; } // 0 when no port could be opened
     // The jobs received so far, each complete (its connection has closed).
     QList<QByteArray> Jobs() const;
     // Waits until at least count jobs have come, or the time is up.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -24,27 +25,36 @@ struct CliRun {
     }
 };
 
-// Runs the tool beside this test, without a display and with nothing on its input.
-inline CliRun runCli(const QStringList& args)
+// Runs a program beside this test (the tool unless named) as a script would: without a display,
+// with nothing on its input, and with the given variables added to its environment.
+inline CliRun runCli(const QStringList& args, const QString& program = "tessarelle-cli",
+                     const QProcessEnvironment& extra = {})
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
         environment.remove(QString::fromLatin1(name));
+    environment.insert(extra);
     process.setProcessEnvironment(environment);
     process.setStandardInputFile(QProcess::nullDevice());
-    process.start(QCoreApplication::applicationDirPath() + "/tessarelle-cli", args);
+    process.start(QCoreApplication::applicationDirPath() + '/' + program, args);
     CliRun run;
     if (!process.waitForFinished(60000)) {
         process.kill();
         process.waitForFinished();
-        ADD_FAILURE() << "tessarelle-cli did not finish";
+        ADD_FAILURE() << program.toStdString() << " did not finish";
         return run;
     }
     run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     run.out = process.readAllStandardOutput();
     run.err = process.readAllStandardError();
     return run;
+}
+
+inline QByteArray readFile(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Every element of a JSON array as a string.

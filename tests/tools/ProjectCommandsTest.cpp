@@ -12,12 +12,6 @@
 
 namespace {
 
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // A project with a yellow label 1 holding a blue disc, a picture on label 2, a poly on label 3
 // and one serial field.
 class ProjectCommands : public ::testing::Test {
