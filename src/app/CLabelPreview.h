@@ -22,6 +22,7 @@ public:
     CLabelPreview(CDrawDoc& doc, QWidget* parent = nullptr);
     ~CLabelPreview() override;
 
+    CDrawDoc* GetDocument() const override { return &m_doc; }
     void OnUpdate(CView* sender, int hint, CDrawObj* object) override;
     bool IsSelected(const CDrawObj*) const override { return false; }
     bool IsActive() const override { return false; }

@@ -13,6 +13,19 @@ void CDrawObjList::AddTail(std::unique_ptr<CDrawObj> object)
     m_objects.push_back(std::move(object));
 }
 
+void CDrawObjList::AddHead(std::unique_ptr<CDrawObj> object)
+{
+    m_objects.insert(m_objects.begin(), std::move(object));
+}
+
+void CDrawObjList::InsertAt(int index, std::unique_ptr<CDrawObj> object)
+{
+    if (index < 0 || index >= GetCount())
+        m_objects.push_back(std::move(object));
+    else
+        m_objects.insert(m_objects.begin() + index, std::move(object));
+}
+
 std::unique_ptr<CDrawObj> CDrawObjList::Take(const CDrawObj* object)
 {
     const int index = Find(object);

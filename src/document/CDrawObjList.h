@@ -15,6 +15,9 @@ public:
     CDrawObjList& operator=(CDrawObjList&&) noexcept;
 
     void AddTail(std::unique_ptr<CDrawObj> object);
+    void AddHead(std::unique_ptr<CDrawObj> object);
+    // Puts the object at a zero-based position; past the end it goes to the tail.
+    void InsertAt(int index, std::unique_ptr<CDrawObj> object);
     // Hands the object over to the caller; null when it is not in the list.
     std::unique_ptr<CDrawObj> Take(const CDrawObj* object);
     void RemoveAll();

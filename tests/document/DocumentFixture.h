@@ -66,12 +66,15 @@ struct LabelCanvas {
 // A view that records what the document tells it.
 class RecordingView : public CView {
 public:
+    explicit RecordingView(CDrawDoc* document = nullptr) : document(document) {}
+    CDrawDoc* GetDocument() const override { return document; }
     void OnUpdate(CView*, int hint, CDrawObj*) override { hints.push_back(hint); }
     bool IsSelected(const CDrawObj* object) const override { return object == selected; }
     bool IsActive() const override { return true; }
     void Remove(CDrawObj* object) override { removed.push_back(object); }
     void InvalidateObject(CDrawObj*) override {}
 
+    CDrawDoc* document;
     const CDrawObj* selected = nullptr;
     std::vector<int> hints;
     std::vector<CDrawObj*> removed;

@@ -124,6 +124,7 @@ private:
 // A view that counts the repaints asked of it.
 class CountingView : public CView {
 public:
+    CDrawDoc* GetDocument() const override { return nullptr; }
     void OnUpdate(CView*, int, CDrawObj*) override { ++updates; }
     bool IsSelected(const CDrawObj*) const override { return false; }
     bool IsActive() const override { return true; }
