@@ -1,6 +1,7 @@
 #include "objects/CDrawPoly.h"
 
 #include "document/CArchive.h"
+#include "document/CView.h"
 #include "objects/CDrawRect.h"
 #include "objects/CSpline.h"
 #include "platform/graphics/Graphics.h"
@@ -221,10 +222,9 @@ void CDrawPoly::MoveHandleTo(int handle, CPoint point, CView* view)
     if (point == m_points[size_t(index)])
         return;
 
-    const Qt::KeyboardModifiers modifiers =
-        CDrawRect::s_queryModifiers ? CDrawRect::s_queryModifiers() : Qt::NoModifier;
+    const Qt::KeyboardModifiers modifiers = view ? view->Modifiers() : Qt::NoModifier;
     if (modifiers & Qt::AltModifier)
-        point = CDrawRect::SnapPoint(point, m_pDocument);
+        point = CDrawRect::SnapPoint(point, m_pDocument, view->ScreenResolution());
     if (modifiers & Qt::ShiftModifier) {
         // The vertex before is the reference. The first vertex has none: a closed kind takes
         // the last vertex, its neighbour round the ring, and an open kind the second.

@@ -41,8 +41,8 @@ public:
     bool Intersects(const CRect& rect) override;
     // Drags a vertex. Alt snaps the point to the label's grid; Shift holds it to a multiple of
     // 45 degrees about the vertex before it (for the first vertex: the last one of a closed
-    // kind, the second of an open one). The keyboard is read as the rectangle family reads it
-    // (CDrawRect::s_queryModifiers), so that one switch serves every drag in tests.
+    // kind, the second of an open one). The keys are the view's, as for a line's ends; without
+    // a view none is held.
     void MoveHandleTo(int handle, CPoint point, CView* view) override;
     std::unique_ptr<CDrawObj> Clone() const override;
     void Offset(int dx, int dy) override;

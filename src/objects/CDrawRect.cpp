@@ -2,15 +2,14 @@
 
 #include "document/CArchive.h"
 #include "document/CDrawDoc.h"
+#include "document/CView.h"
 #include "objects/DefaultProperties.h"
 #include "platform/HandleImages.h"
 #include "platform/graphics/Graphics.h"
 #include "platform/graphics/Image.h"
 
-#include <QGuiApplication>
 #include <QPolygon>
 #include <QRegion>
-#include <QScreen>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -64,17 +63,6 @@ float arcSweep(float start, float end)
     return sweep - start;
 }
 
-Qt::KeyboardModifiers liveModifiers()
-{
-    return QGuiApplication::queryKeyboardModifiers();
-}
-
-int screenResolution()
-{
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen ? int(screen->logicalDotsPerInchX()) : 96;
-}
-
 const gfx::Color Blue(255, 0, 0, 255);
 const gfx::Color White(255, 255, 255, 255);
 
@@ -84,9 +72,6 @@ QRectF toRectF(const CRect& r)
 }
 
 } // namespace
-
-CDrawRect::ModifierQuery CDrawRect::s_queryModifiers = &liveModifiers;
-CDrawRect::ResolutionQuery CDrawRect::s_screenResolution = &screenResolution;
 
 CDrawRect::CDrawRect()
     : m_shape(g_defaultProperties.m_shape),
@@ -367,12 +352,11 @@ bool CDrawRect::Intersects(const CRect& rect)
     return m_path.Intersects(toRectF(a));
 }
 
-CPoint CDrawRect::SnapPoint(CPoint point, CDrawDoc* document)
+CPoint CDrawRect::SnapPoint(CPoint point, CDrawDoc* document, int resolution)
 {
     if (!document)
         return point;
     // The screen's resolution for both axes, on purpose.
-    const int resolution = s_screenResolution ? s_screenResolution() : 96;
     const CSize scaled = document->GetLogicalSize(resolution, resolution, document->FindLabelObject());
     const int tenth = resolution / 10;
     if (tenth <= 0)
@@ -459,9 +443,9 @@ void CDrawRect::MoveHandleTo(int handle, CPoint point, CView* view)
     const int shape = ShapeCode();
 
     if ((shape == Line || shape == ArrowLine) && (handle == 1 || handle == 2)) {
-        const Qt::KeyboardModifiers modifiers = s_queryModifiers ? s_queryModifiers() : Qt::NoModifier;
+        const Qt::KeyboardModifiers modifiers = view ? view->Modifiers() : Qt::NoModifier;
         if (modifiers & Qt::AltModifier)
-            point = SnapPoint(point, m_pDocument);
+            point = SnapPoint(point, m_pDocument, view->ScreenResolution());
         if (modifiers & Qt::ShiftModifier)
             point = ConstrainAngle(point, GetHandle(handle == 1 ? 2 : 1));
         CDrawObj::MoveHandleTo(handle == 2 ? 5 : handle, point, view);

@@ -41,6 +41,9 @@ public:
     // Picks by the outline that Draw built last (an object never drawn can't be picked), and a
     // line by a band along it.
     bool Intersects(const CRect& rect) override;
+    // A line's ends follow the view's modifiers: Alt snaps, Shift keeps 45 degrees. Without a
+    // view no key is held, so nothing snaps: only a drag in a window can snap, and the window
+    // knows its screen's resolution.
     void MoveHandleTo(int handle, CPoint point, CView* view) override;
     std::unique_ptr<CDrawObj> Clone() const override;
     void CopyProperties(const CDrawObj& source) override;
@@ -55,19 +58,13 @@ public:
     CRect AspectRect(CPoint point) const;
 
     // Helpers that lines and polys share.
-    // Alt: rounds the point down to the document's snap steps (the screen's resolution scaled
-    // to the label, in tenths of an inch); without a document the point stays.
-    static CPoint SnapPoint(CPoint point, CDrawDoc* document);
+    // Alt: rounds the point down to the document's snap steps (the screen's resolution, in dots
+    // per inch, scaled to the label, in tenths of an inch); without a document the point stays.
+    static CPoint SnapPoint(CPoint point, CDrawDoc* document, int resolution);
     // Shift: the point held to the nearest multiple of 45 degrees about origin.
     static CPoint ConstrainAngle(CPoint point, CPoint origin);
     // Whether rect touches the band of half-thickness (lineWidth + 10) / 2 along from-to.
     static bool LineBandIntersects(CPoint from, CPoint to, int lineWidth, const CRect& rect);
-
-    // Where the modifier keys and the screen's resolution come from; tests replace them.
-    using ModifierQuery = Qt::KeyboardModifiers (*)();
-    using ResolutionQuery = int (*)();
-    static ModifierQuery s_queryModifiers;
-    static ResolutionQuery s_screenResolution;
 
     int m_shape = 0;
     // Outline of the shape, rebuilt by Draw and read by Intersects.

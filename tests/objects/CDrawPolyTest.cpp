@@ -135,37 +135,36 @@ TEST(DrawPoly, DraggingAVertexHonoursAltAndShift)
 {
     CountingView view;
     Poly poly(CDrawPoly::Polyline, {{0, 0}, {100, 0}, {100, 100}});
+    poly.MoveHandleTo(3, CPoint(100, 100), &view); // already there: not even a repaint
+    EXPECT_EQ(view.invalidations, 0);
+    poly.MoveHandleTo(3, CPoint(300, 130), &view);
+    EXPECT_EQ(poly.m_position, CRect(-20, -20, 320, 150));
+    poly.MoveHandleTo(4, CPoint(1, 1), &view); // no such handle
     {
-        HeldKeys none(Qt::NoModifier);
-        poly.MoveHandleTo(3, CPoint(100, 100), &view); // already there: not even a repaint
-        EXPECT_EQ(view.invalidations, 0);
-        poly.MoveHandleTo(3, CPoint(300, 130), &view);
-        EXPECT_EQ(poly.m_position, CRect(-20, -20, 320, 150));
-        poly.MoveHandleTo(4, CPoint(1, 1), &view); // no such handle
-    }
-    {
-        // Shift holds a vertex about the one before; the first one an open poly holds about the
-        // second, a closed one about the last.
-        HeldKeys shift(Qt::ShiftModifier);
-        poly.MoveHandleTo(3, CPoint(160, 70), nullptr);
+        // Shift, held in the view, holds a vertex about the one before; the first one an open
+        // poly holds about the second, a closed one about the last.
+        view.keys = Qt::ShiftModifier;
+        poly.MoveHandleTo(3, CPoint(160, 70), &view);
         EXPECT_EQ(poly.GetPoint(2), CPoint(165, 65));
-        poly.MoveHandleTo(1, CPoint(10, 5), nullptr);
+        poly.MoveHandleTo(1, CPoint(10, 5), &view);
         EXPECT_EQ(poly.GetPoint(0), CPoint(10, 0));
         Poly polygon(CDrawPoly::Polygon, {{0, 0}, {100, 0}, {100, 100}});
-        polygon.MoveHandleTo(1, CPoint(10, 95), nullptr);
+        polygon.MoveHandleTo(1, CPoint(10, 95), &view);
         EXPECT_EQ(polygon.GetPoint(0), CPoint(10, 100));
         Poly single(CDrawPoly::Polygon, {{0, 0}});
-        single.MoveHandleTo(1, CPoint(33, 44), nullptr);
+        single.MoveHandleTo(1, CPoint(33, 44), &view);
         EXPECT_EQ(single.GetPoint(0), CPoint(33, 44));
     }
     {
-        // Alt: toward zero to the label's step, 4.7 inches at 96 to the inch over 96 / 10: 50.
-        HeldKeys alt(Qt::AltModifier, 96);
+        // Alt: toward zero to the label's step at the view's resolution, 4.7 inches at 192 to
+        // the inch over 192 / 10: 47.
+        view.keys = Qt::AltModifier;
+        view.resolution = 192;
         CDrawDoc doc;
         auto* snapped = static_cast<CDrawPoly*>(
             doc.Add(std::make_unique<Poly>(CDrawPoly::Polyline, std::vector<CPoint>{{0, 0}, {100, 0}})));
-        snapped->MoveHandleTo(2, CPoint(123, 77), nullptr);
-        EXPECT_EQ(snapped->GetPoint(1), CPoint(100, 50));
+        snapped->MoveHandleTo(2, CPoint(123, 77), &view);
+        EXPECT_EQ(snapped->GetPoint(1), CPoint(94, 47));
     }
 }
 

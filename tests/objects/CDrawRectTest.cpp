@@ -214,15 +214,14 @@ TEST(DrawRect, ShapeHandlesReshape)
 
 TEST(DrawRect, LineHandlesSnapWithAltAndKeep45DegreesWithShift)
 {
+    // The keys are the view's; without a view none is held.
+    CountingView view;
     auto line = shape(CDrawRect::Line, CRect(0, 0, 100, 0));
-    {
-        HeldKeys none(Qt::NoModifier);
-        line->MoveHandleTo(2, CPoint(123, 77), nullptr);
-        EXPECT_EQ(line->m_position, CRect(0, 0, 123, 77));
-    }
+    line->MoveHandleTo(2, CPoint(123, 77), nullptr);
+    EXPECT_EQ(line->m_position, CRect(0, 0, 123, 77));
     {
         // Shift: about the other end, to the nearest of the eight directions.
-        HeldKeys shift(Qt::ShiftModifier);
+        view.keys = Qt::ShiftModifier;
         const std::pair<CPoint, CPoint> cases[] = {
             {{100, 10}, {100, 0}},   {{100, 90}, {95, 95}},     {{10, 100}, {0, 100}},
             {{-90, 100}, {-95, 95}}, {{-100, -10}, {-100, 0}},  {{-90, -100}, {-95, -95}},
@@ -230,21 +229,21 @@ TEST(DrawRect, LineHandlesSnapWithAltAndKeep45DegreesWithShift)
         };
         line->m_position = CRect(0, 0, 100, 0);
         for (const auto& [to, expected] : cases) {
-            line->MoveHandleTo(2, to, nullptr);
+            line->MoveHandleTo(2, to, &view);
             EXPECT_EQ(line->GetHandle(2), expected) << to.x << "," << to.y;
         }
         line->m_position = CRect(0, 0, 100, 100);
-        line->MoveHandleTo(1, CPoint(20, 30), nullptr);
+        line->MoveHandleTo(1, CPoint(20, 30), &view);
         EXPECT_EQ(line->GetHandle(1), CPoint(25, 25));
     }
     {
         // Alt: toward zero to the label's step, 4.7 inches at 96 to the inch over 96 / 10: 50.
-        HeldKeys alt(Qt::AltModifier, 96);
+        view.keys = Qt::AltModifier;
         CDrawDoc doc;
         auto* snapped = static_cast<CDrawRect*>(doc.Add(shape(CDrawRect::Line, CRect(0, 0, 100, 0))));
-        snapped->MoveHandleTo(2, CPoint(123, 77), nullptr);
+        snapped->MoveHandleTo(2, CPoint(123, 77), &view);
         EXPECT_EQ(snapped->GetHandle(2), CPoint(100, 50));
-        snapped->MoveHandleTo(1, CPoint(-123, -49), nullptr);
+        snapped->MoveHandleTo(1, CPoint(-123, -49), &view);
         EXPECT_EQ(snapped->GetHandle(1), CPoint(-100, 0));
     }
 }

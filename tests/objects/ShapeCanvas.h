@@ -95,36 +95,13 @@ inline bool picks(CDrawObj& object, int x, int y)
     return object.Intersects(CRect(x, y, x + 1, y + 1));
 }
 
-// Holds the given modifier keys down, and optionally fixes the screen resolution, while it lives.
-class HeldKeys {
-public:
-    explicit HeldKeys(Qt::KeyboardModifiers keys, int resolution = 0)
-        : m_savedKeys(CDrawRect::s_queryModifiers), m_savedResolution(CDrawRect::s_screenResolution)
-    {
-        s_keys = keys;
-        CDrawRect::s_queryModifiers = [] { return s_keys; };
-        if (resolution) {
-            s_resolution = resolution;
-            CDrawRect::s_screenResolution = [] { return s_resolution; };
-        }
-    }
-    ~HeldKeys()
-    {
-        CDrawRect::s_queryModifiers = m_savedKeys;
-        CDrawRect::s_screenResolution = m_savedResolution;
-    }
-
-private:
-    static inline Qt::KeyboardModifiers s_keys;
-    static inline int s_resolution = 0;
-    CDrawRect::ModifierQuery m_savedKeys;
-    CDrawRect::ResolutionQuery m_savedResolution;
-};
-
-// A view that counts the repaints asked of it.
+// A view that counts the repaints asked of it, with the keys held and the screen resolution
+// a test gives it.
 class CountingView : public CView {
 public:
     CDrawDoc* GetDocument() const override { return nullptr; }
+    Qt::KeyboardModifiers Modifiers() const override { return keys; }
+    int ScreenResolution() const override { return resolution; }
     void OnUpdate(CView*, int, CDrawObj*) override { ++updates; }
     bool IsSelected(const CDrawObj*) const override { return false; }
     bool IsActive() const override { return true; }
@@ -132,6 +109,8 @@ public:
     void InvalidateObject(CDrawObj*) override { ++invalidations; }
     int updates = 0;
     int invalidations = 0;
+    Qt::KeyboardModifiers keys = Qt::NoModifier;
+    int resolution = 96;
 };
 
 // What the object writes to a project file: equal bytes mean equal stored fields.
