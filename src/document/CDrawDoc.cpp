@@ -17,6 +17,7 @@
 #include "platform/graphics/SolidBrush.h"
 #include "platform/graphics/TextureBrush.h"
 #include "templates/CTemplateFile.h"
+#include "undo/CUndoManager.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -51,12 +52,23 @@ QRectF labelRect(CSize size, int cx, int cy, double bleed)
                   size.cy + 2 * bleed * cy);
 }
 
+// The undo history's only way to the modified flag: undoing back to the saved state clears it.
+void undoChanged(CDocument* document, const UNDONOTIFY& notify)
+{
+    document->SetModifiedFlag(notify.bModified);
+}
+
+// Each project keeps a hundred steps.
+constexpr int UndoLimit = 100;
+
 } // namespace
 
 CDrawDoc::CDrawDoc() = default;
 
 CDrawDoc::~CDrawDoc()
 {
+    // No step may outlive the objects it points into.
+    g_undoManager.Detach(this);
     ClearLabels();
 }
 
@@ -365,11 +377,14 @@ bool CDrawDoc::OnNewDocument()
     ClearLabels();
     SetPathName(QString());
     SetModifiedFlag(false);
+    g_undoManager.Attach(this, UndoLimit, undoChanged);
     return true;
 }
 
 void CDrawDoc::ClearLabels()
 {
+    // The steps point into the objects about to go.
+    g_undoManager.ClearHistory(this);
     for (int label = 0; label < LabelCount; ++label) {
         m_Objects[size_t(label)].RemoveAll();
         LabelBackground& background = m_Background[size_t(label)];
@@ -416,6 +431,7 @@ bool CDrawDoc::OnOpenDocument(const QString& path)
 {
     // Cleared before the file is touched: a file that can't be opened leaves an empty document.
     ClearLabels();
+    g_undoManager.Attach(this, UndoLimit, undoChanged);
     if (!CDocument::OnOpenDocument(path))
         return false;
     m_strFolder = QFileInfo(path).absolutePath();
@@ -435,6 +451,8 @@ bool CDrawDoc::OnOpenDocument(const QString& path)
 
 bool CDrawDoc::OnSaveDocument(const QString& path)
 {
+    // Nothing can be undone past a save: the empty history is what matches the file.
+    g_undoManager.ClearHistory(this);
     if (!CDocument::OnSaveDocument(path))
         return false;
     SetPathName(path);
