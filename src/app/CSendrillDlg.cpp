@@ -1,18 +1,21 @@
 #include "app/CSendrillDlg.h"
 
 #include "app/Branding.h"
-#include "app/CLabelPreview.h"
 #include "app/CSendrillApp.h"
 #include "document/CDrawDoc.h"
 #include "objects/DefaultProperties.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
 #include "printing/CPrintView.h"
+#include "undo/CUndoManager.h"
+#include "view/CDrawTool.h"
+#include "view/CNetworkView.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 #include <QScreen>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 
@@ -75,8 +78,7 @@ bool CSendrillDlg::OnInitDialog()
         printerName = commandLine.PrinterName();
     const bool printerLoaded = m_pDoc->GetPrinter().Load(printerName) == 0;
 
-    // PENDING (drawing view): the zooming, editing view takes this preview's place.
-    m_pView = new CLabelPreview(*m_pDoc, this);
+    m_pView = new CNetworkView(*m_pDoc, this);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pView);
@@ -87,7 +89,8 @@ bool CSendrillDlg::OnInitDialog()
 
     m_pDoc->SetTemplate(Profile::GetInt(m_pDoc->GetPrinter().GetName(true), QStringLiteral("Template"), 0));
 
-    // The tool column, the panel stacks and the accelerators come with the main dialog's layout.
+    // The tool column and the panel stacks come with the main dialog's layout.
+    AddAccelerators();
 
     // The file as typed: the unattended path lower-cases it, which a case-sensitive file
     // system may not find.
@@ -113,6 +116,9 @@ bool CSendrillDlg::OnInitDialog()
     resize(WindowWidth, WindowHeight);
     if (const QScreen* screen = this->screen())
         move(CentredGeometry(screen->availableGeometry()).topLeft());
+    g_currentTool = CDrawTool::Selection;
+    m_pView->SetLogicalSizes();
+    m_pView->ZoomFull();
 
     // PENDING (update check): with CheckUpdates set, the check starts here on its own thread.
     return true;
@@ -146,6 +152,55 @@ bool CSendrillDlg::OpenProject(const QString& path)
         return false;
     m_pDoc->SetModifiedFlag(false);
     return true;
+}
+
+void CSendrillDlg::AddAccelerators()
+{
+    const auto add = [this](const QKeySequence& key, auto handler) {
+        auto* shortcut = new QShortcut(key, this);
+        shortcut->setContext(Qt::WindowShortcut);
+        connect(shortcut, &QShortcut::activated, this, handler);
+    };
+    // Each tool key chooses its tool, as the tool's button does.
+    const std::pair<const char*, int> tools[] = {
+        {"Alt+1", CDrawTool::Selection}, {"Alt+2", CDrawTool::Polyline}, {"Alt+3", CDrawTool::Curve},
+        {"Alt+4", CDrawTool::Rectangle}, {"Alt+5", CDrawTool::RoundRectangle}, {"Alt+6", CDrawTool::Halo},
+        {"Alt+7", CDrawTool::Arrow},     {"Alt+A", CDrawTool::Text},     {"Alt+B", CDrawTool::ClipArt},
+        {"Alt+C", CDrawTool::ClosedCurve}, {"Alt+D", CDrawTool::Polygon}, {"Alt+E", CDrawTool::Ellipse},
+        {"Alt+F", CDrawTool::Arc},       {"Alt+G", CDrawTool::Line},
+    };
+    for (const auto& [key, tool] : tools)
+        add(QKeySequence(QString::fromLatin1(key)), [this, tool = tool] { m_pView->SelectTool(tool); });
+    add(QKeySequence(QStringLiteral("Ctrl+S")), &CSendrillDlg::OnFileSave);
+    add(QKeySequence(QStringLiteral("Ctrl+Z")), &CSendrillDlg::OnEditUndo);
+    add(QKeySequence(QStringLiteral("Ctrl+Y")), &CSendrillDlg::OnEditRedo);
+    add(QKeySequence(QStringLiteral("Ctrl+T")), [this] { m_pView->OnEditCut(); });
+    add(QKeySequence(QStringLiteral("Ctrl+C")), [this] { m_pView->OnEditCopy(); });
+    add(QKeySequence(QStringLiteral("Ctrl+L")), [this] { m_pView->OnEditClone(); });
+    add(QKeySequence(QStringLiteral("Ctrl+V")), [this] { m_pView->OnEditPaste(); });
+    add(QKeySequence(Qt::Key_Delete), [this] { m_pView->OnEditDelete(); });
+}
+
+void CSendrillDlg::OnEditUndo()
+{
+    if (g_undoManager.CanUndo(m_pDoc.get(), 1))
+        g_undoManager.Undo(m_pDoc.get(), 1);
+}
+
+void CSendrillDlg::OnEditRedo()
+{
+    if (g_undoManager.CanRedo(m_pDoc.get(), 1))
+        g_undoManager.Redo(m_pDoc.get(), 1);
+}
+
+void CSendrillDlg::OnFileSave()
+{
+    // Enabled only for a project with a path and changes.
+    const QString path = m_pDoc->GetPathName();
+    if (path.isEmpty() || !m_pDoc->IsModified())
+        return;
+    if (m_pDoc->OnSaveDocument(path))
+        m_pDoc->SetModifiedFlag(false);
 }
 
 void CSendrillDlg::ResetUpdateRestart()

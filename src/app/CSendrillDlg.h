@@ -11,7 +11,7 @@
 #include <vector>
 
 class CDrawDoc;
-class CLabelPreview;
+class CNetworkView;
 class CSendrillApp;
 
 // The one main window. It owns the template list, the document and the view, and lives for
@@ -33,7 +33,7 @@ public:
     bool OnInitDialog();
 
     CDrawDoc* GetDocument() const { return m_pDoc.get(); }
-    CLabelPreview* GetView() const { return m_pView; }
+    CNetworkView* GetView() const { return m_pView; }
     const std::vector<CTemplateFile>& Templates() const { return m_templates; }
     // The project the command line named for the designer; empty when it named none.
     const QString& ProjectPath() const { return m_strProjectPath; }
@@ -64,11 +64,16 @@ private:
     void RunUnattended(const CommandLine& commandLine, const QString& givenPrintFile);
     // Reads a project into the document; false (reported) when it can't be read.
     bool OpenProject(const QString& path);
+    // The keys of the tools and of the edit commands.
+    void AddAccelerators();
+    void OnEditUndo();
+    void OnEditRedo();
+    void OnFileSave();
 
     CSendrillApp& m_app;
     std::vector<CTemplateFile> m_templates;
     std::unique_ptr<CDrawDoc> m_pDoc;
-    CLabelPreview* m_pView = nullptr;
+    CNetworkView* m_pView = nullptr;
     FontCollection m_fonts;
     QString m_strProjectPath;
     CommandLine::Dispatch m_dispatch = CommandLine::Dispatch::Interactive;

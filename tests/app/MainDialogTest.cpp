@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 #include "app/Branding.h"
-#include "app/CLabelPreview.h"
+#include "view/CNetworkView.h"
 #include "app/CSendrillApp.h"
 #include "app/CSendrillDlg.h"
 #include "document/CDrawDoc.h"

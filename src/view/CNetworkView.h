@@ -1,0 +1,111 @@
+#pragma once
+
+#include "document/CView.h"
+#include "platform/CRect.h"
+#include "view/CZoomView.h"
+
+#include <QCursor>
+#include <QRect>
+
+class CDrawTool;
+
+// The one view on the label, the canvas of the main window. It holds the selection, hands
+// mouse and arrow-key input to the current tool, paints the label through the document's one
+// drawing path, and carries the edit commands: delete, cut, copy, paste, clone, select all,
+// the four z-order moves and the context menu. Every change it makes goes through an undo
+// action.
+class CNetworkView : public CZoomView, public CView {
+    Q_OBJECT
+
+public:
+    // The view joins the document's views and leaves them when destroyed, so the document
+    // must outlive it.
+    explicit CNetworkView(CDrawDoc& doc, QWidget* parent = nullptr);
+    ~CNetworkView() override;
+
+    // ---- the model's view
+    CDrawDoc* GetDocument() const override { return m_pDrawDoc; }
+    void OnUpdate(CView* sender, int hint, CDrawObj* object) override;
+    bool IsActive() const override { return m_bActive; }
+    void InvalidateObject(CDrawObj* object) override;
+    void SetViewFocus() override;
+    Qt::KeyboardModifiers Modifiers() const override { return m_modifiers; }
+    int ScreenResolution() const override;
+
+    // Whether the view takes input and shows handles; the window makes it active.
+    void SetActive(bool active);
+
+    // ---- coordinates
+    void ClientToDoc(CPoint& point) const;
+    void ClientToDoc(CRect& rect) const;
+    void DocToClient(CRect& rect) const;
+
+    // ---- selection
+    void SelectWithinRect(CRect clientRect, bool add);
+    void Deselect(CDrawObj* object);
+    void SelectAll();
+
+    // ---- commands
+    void OnEditDelete();
+    void OnEditCopy();
+    void OnEditCut();
+    void OnEditPaste();
+    void OnEditClone();
+    void MoveBackward();
+    void MoveForward();
+    void MoveToBack();
+    void MoveToFront();
+    void OnShowGrid();
+    // The zoom buttons: the zoom tool in the mode given.
+    void OnZoomTool(int mode);
+    // Chooses a tool as its button or key does: the selection emptied, then the tool current.
+    void SelectTool(int number);
+    // Whether a command can run now, for its menu entry.
+    bool CanMoveBackward() const;
+    bool CanMoveForward() const;
+    static bool CanPaste();
+
+    // ---- for the tools
+    void SetCapture();
+    void ReleaseCapture();
+    bool HasCapture() const { return m_bCapture; }
+    void SetToolCursor(const QCursor& cursor);
+    // Shows or hides the dotted rubber band; a second call with the same rectangle hides it.
+    void DrawFocusRect(const CRect& clientRect);
+    // The picture of a clip-art object, chosen in the picture dialog; empty when cancelled.
+    QString AskClipArtFile();
+    static QCursor PenCursor();
+
+    // The filter of every picture dialog of the canvas, in the platform dialog's syntax.
+    static const QString PictureFilter;
+
+signals:
+    // A status text for the main window, as the zoom buttons send it.
+    void statusText(const QString& text);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    // The tool of g_currentTool, or null while the view is inactive.
+    CDrawTool* ActiveTool() const;
+    unsigned MouseFlags(const QMouseEvent* event);
+    // Closes a running arrow-key move, as any press in the view does.
+    void CloseArrowMove();
+    void ShowContextMenu(const QPoint& globalPos, CPoint client);
+
+    CDrawDoc* m_pDrawDoc;
+    bool m_bActive = true;
+    bool m_bCapture = false;
+    Qt::KeyboardModifiers m_modifiers;
+    // The rubber band as shown, in client pixels; null when hidden.
+    QRect m_focusRect;
+};
