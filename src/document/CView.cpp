@@ -25,6 +25,7 @@ CView::CView()
 
 CView::~CView()
 {
+    SetCurrentAction(nullptr);
     std::erase(liveViews(), this);
 }
 
@@ -78,6 +79,13 @@ void CView::Select(CDrawObj* object, bool add)
         m_selection.push_back(object);
         InvalidateObject(object);
     }
+}
+
+void CView::SetCurrentAction(CAction* action)
+{
+    if (m_pCurAction && m_pCurAction != action && !m_pCurAction->IsDoCalled())
+        delete m_pCurAction; // clears m_pCurAction as it goes
+    m_pCurAction = action;
 }
 
 void CView::CloseCurrentAction()

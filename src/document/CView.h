@@ -46,6 +46,9 @@ public:
     void Select(CDrawObj* object, bool add);
     // Closes the action begun last when it is still open.
     void CloseCurrentAction();
+    // Makes the action the one begun last. One that was begun but never recorded (a move
+    // whose release never came) is destroyed, since nothing else owns it.
+    void SetCurrentAction(CAction* action);
 
     // Gives the keyboard focus back to the view, after an undo or a redo.
     virtual void SetViewFocus() {}

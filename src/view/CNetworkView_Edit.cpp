@@ -55,7 +55,7 @@ void CNetworkView::OnEditDelete()
     }
     CloseCurrentAction();
     auto* action = new CDeleteAction(this, DeleteLabel, m_selection);
-    m_pCurAction = action;
+    SetCurrentAction(action);
     action->Do();
 }
 
@@ -76,7 +76,7 @@ void CNetworkView::OnEditPaste()
 {
     CloseCurrentAction();
     auto* action = new CPasteAction(this, PasteLabel);
-    m_pCurAction = action;
+    SetCurrentAction(action);
     action->Do();
 }
 
@@ -116,7 +116,7 @@ void CNetworkView::MoveBackward()
     if (m_pDrawDoc->GetObjects().Find(object) == 0)
         return;
     auto* action = new CMoveOneStepAction(this, MovePositionLabel, 0, object);
-    m_pCurAction = action;
+    SetCurrentAction(action);
     action->Do();
 }
 
@@ -130,7 +130,7 @@ void CNetworkView::MoveForward()
     if (list.Find(object) == list.GetCount() - 1)
         return;
     auto* action = new CMoveOneStepAction(this, MovePositionLabel, 1, object);
-    m_pCurAction = action;
+    SetCurrentAction(action);
     action->Do();
 }
 
@@ -145,7 +145,7 @@ void CNetworkView::MoveToBack()
         return;
     }
     auto* action = new CMoveStepsAction(this, MovePositionLabel, 0, m_pDrawDoc->ObjectAfter(object), object);
-    m_pCurAction = action;
+    SetCurrentAction(action);
     action->Do();
 }
 
@@ -161,7 +161,7 @@ void CNetworkView::MoveToFront()
         return;
     }
     auto* action = new CMoveStepsAction(this, MovePositionLabel, 1, m_pDrawDoc->ObjectAfter(object), object);
-    m_pCurAction = action;
+    SetCurrentAction(action);
     action->Do();
 }
 

@@ -27,7 +27,7 @@ void CPolyTool::OnLButtonDown(CNetworkView* view, unsigned flags, CPoint point)
         view->CloseCurrentAction();
         // Left open while the gesture lasts; the ending closes it.
         auto* action = new CAddAction(view, 61450, std::move(object));
-        view->m_pCurAction = action;
+        view->SetCurrentAction(action);
         action->Do();
         m_pDrawObj->AddPoint(logical, view);
     } else {

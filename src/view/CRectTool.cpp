@@ -44,7 +44,7 @@ void CRectTool::CreateShape(CNetworkView* view)
     }
     view->CloseCurrentAction();
     auto* action = new CAddAction(view, AddLabel, std::move(object));
-    view->m_pCurAction = action;
+    view->SetCurrentAction(action);
     action->Do();
     action->Done();
     selectMode = Size;
@@ -97,7 +97,7 @@ void CRectTool::OnClipArt(CNetworkView* view, CPoint logical)
     CDrawRect* added = object.get();
     view->CloseCurrentAction();
     auto* action = new CAddAction(view, AddLabel, std::move(object));
-    view->m_pCurAction = action;
+    view->SetCurrentAction(action);
     action->Do();
     action->Done();
     view->InvalidateObject(added);

@@ -81,7 +81,7 @@ void CSelectTool::BeginResize(CNetworkView* view, CPoint logical)
     // right after an arrow-key move, is not recorded. Kept as users have always had it.
     if (view->m_pCurAction && view->m_pCurAction->IsDone()) {
         auto* action = new CSizeAction(view, ResizeLabel, nDragHandle, logical, view->m_selection.front());
-        view->m_pCurAction = action;
+        view->SetCurrentAction(action);
         action->Do();
     }
     selectMode = Size;
@@ -109,7 +109,7 @@ void CSelectTool::OnMouseMove(CNetworkView* view, unsigned flags, CPoint point)
             if (selectMode == Move && (delta.x != 0 || delta.y != 0)) {
                 // Made at the first real step, so that a click without a drag leaves no action.
                 if (!view->m_pCurAction || view->m_pCurAction->IsDone())
-                    view->m_pCurAction = new CMoveAction(view, MoveLabel, view->m_selection);
+                    view->SetCurrentAction(new CMoveAction(view, MoveLabel, view->m_selection));
                 CRect position = object->GetRect();
                 position.OffsetRect(delta.x, delta.y);
                 object->MoveTo(position, view);
@@ -178,7 +178,7 @@ void CSelectTool::OnKeyDown(CNetworkView* view, int key)
         // first object, as it always has.
         if (!view->m_pCurAction || view->m_pCurAction->IsDone()) {
             auto* action = new CMoveSingleAction(view, ArrowMoveLabel, object);
-            view->m_pCurAction = action;
+            view->SetCurrentAction(action);
             action->Do();
         }
         CRect position = object->GetRect();

@@ -26,7 +26,7 @@ void CTextTool::OnLButtonDown(CNetworkView* view, unsigned flags, CPoint point)
     }
     view->CloseCurrentAction();
     auto* action = new CAddAction(view, 61450, std::make_unique<CDrawText>(position));
-    view->m_pCurAction = action;
+    view->SetCurrentAction(action);
     action->Do();
     action->Done();
 }
