@@ -104,7 +104,8 @@ void CNetworkView::OnUpdate(CView*, int hint, CDrawObj* object)
 
 void CNetworkView::InvalidateObject(CDrawObj* object)
 {
-    CRect rect = object->GetDrawBounds(object->GetRect());
+    // Normalised first: a rectangle kept as drawn, y up, would shrink as it grows.
+    CRect rect = object->GetDrawBounds(object->GetRect().Normalized());
     const bool withHandles = m_bActive && IsSelected(object);
     if (withHandles) {
         // The handles are drawn in label units round their points (squares of 24 with a pen of

@@ -220,3 +220,32 @@ TEST_F(Canvas_Gestures, ZoomStepsAroundAPointAndComesBackToTheFit)
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(Canvas_Gestures, WildInputEndsSafely)
+{
+    // A drag that leaves the window far behind, and a second press in the middle of a drag.
+    tool(CDrawTool::Rectangle);
+    press(at(0, 0));
+    move(at(50, 50));
+    move(QPoint(-100000, 100000));
+    QTest::mousePress(canvas(), Qt::LeftButton, {}, at(100, 100));
+    release(QPoint(-100000, 100000));
+    ASSERT_EQ(objects().GetCount(), 1);
+    canvas()->repaint();
+
+    // Ten thousand objects: selected by a band, deleted and brought back in one step each.
+    for (int i = 0; i < 10000; ++i)
+        doc->Add(std::make_unique<CDrawRect>(CRect(-500 + i % 100 * 10, 500 - i / 100 * 10, -495 + i % 100 * 10, 495 - i / 100 * 10)));
+    g_currentTool = CDrawTool::Selection;
+    drag(at(-700, 700), at(700, -700));
+    EXPECT_EQ(view->m_selection.size(), 10000u);
+    view->OnEditDelete();
+    EXPECT_EQ(objects().GetCount(), 1);
+    undo();
+    EXPECT_EQ(objects().GetCount(), 10001);
+    canvas()->repaint();
+}
+
+} // namespace
