@@ -16,14 +16,16 @@ inline QTemporaryDir& scratch()
     return dir;
 }
 
-// Runs the registered benchmarks headless, after the program's own set-up.
-inline int RunBenchmarks(int argc, char** argv, const std::function<void()>& setUp = {})
+// Runs the registered benchmarks headless, after the program's own set-up; benchmarks of widgets
+// name QApplication.
+template <typename Application = QGuiApplication>
+int RunBenchmarks(int argc, char** argv, const std::function<void()>& setUp = {})
 {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     const QByteArray home = scratch().path().toLocal8Bit();
     setenv("XDG_CONFIG_HOME", home.constData(), 1);
     setenv("XDG_DATA_HOME", home.constData(), 1);
-    QGuiApplication app(argc, argv);
+    Application app(argc, argv);
     if (setUp)
         setUp();
     benchmark::Initialize(&argc, argv);
