@@ -500,9 +500,9 @@ void CDrawText::Draw(gfx::Graphics& graphics, int cx, int, CView*)
     const QRectF r = normalisedF(m_position);
 
     if (m_shadowOn != 0) {
-        const gfx::SolidBrush shadow(withTransparency(gfx::Color(255, 0, 0, 0), m_shadowTransparency));
         // Up on the label is down in the shadow's offset.
-        DrawBlurred(graphics, r, &shadow, nullptr, m_shadowBlur, QPointF(m_shadowX, -m_shadowY));
+        DrawBlurred(graphics, r, m_shadowLayer, withTransparency(gfx::Color(255, 0, 0, 0), m_shadowTransparency), false,
+                    0, m_shadowBlur, QPointF(m_shadowX, -m_shadowY));
     }
 
     gfx::GraphicsPath path = m_textPath;
@@ -534,7 +534,7 @@ void CDrawText::Draw(gfx::Graphics& graphics, int cx, int, CView*)
     }
     case Glowing:
     case Neon:
-        DrawBlurred(graphics, r, nullptr, &edgePen, m_edgeBlur, QPointF());
+        DrawBlurred(graphics, r, m_edgeLayer, edge, true, edgePen.GetWidth(), m_edgeBlur, QPointF());
         if (m_textStyle == Glowing)
             graphics.FillPath(textBrush, path);
         break;
@@ -544,8 +544,8 @@ void CDrawText::Draw(gfx::Graphics& graphics, int cx, int, CView*)
     graphics.Restore(state);
 }
 
-void CDrawText::DrawBlurred(gfx::Graphics& graphics, const QRectF& r, const gfx::Brush* brush, const gfx::Pen* pen,
-                            std::uint8_t blur, QPointF offset) const
+void CDrawText::DrawBlurred(gfx::Graphics& graphics, const QRectF& r, BlurredLayer& layer, gfx::Color color,
+                            bool stroked, float penWidth, std::uint8_t blur, QPointF offset)
 {
     QRectF box = r;
     gfx::GraphicsPath path = m_textPath;
@@ -558,21 +558,39 @@ void CDrawText::DrawBlurred(gfx::Graphics& graphics, const QRectF& r, const gfx:
     const int width = truncToInt(box.width() / 2), height = truncToInt(box.height() / 2);
     if (double(width) * height > MaxEffectPixels)
         return;
-    gfx::Bitmap layer(width, height);
-    {
-        gfx::Graphics canvas(layer);
-        RenderQuality::Apply(canvas);
-        path.Transform(gfx::Matrix(0.5f, 0, 0, 0.5f, 0, 0));
-        if (pen)
-            canvas.DrawPath(*pen, path);
-        else
-            canvas.FillPath(*brush, path);
+    path.Transform(gfx::Matrix(0.5f, 0, 0, 0.5f, 0, 0));
+    // Every input of the composition is compared, not tracked: the undo actions write the fields
+    // directly, and a layer kept from before any change would show stale pixels.
+    const bool same = layer.composed && layer.width == width && layer.height == height && layer.color == color
+                      && layer.stroked == stroked && layer.penWidth == penWidth && layer.blur == blur
+                      && layer.smoothing == RenderQuality::smoothing && layer.pixelOffset == RenderQuality::pixelOffset
+                      && layer.path.IsIdentical(path);
+    if (!same) {
+        gfx::Bitmap sharp(width, height);
+        {
+            gfx::Graphics canvas(sharp);
+            RenderQuality::Apply(canvas);
+            if (stroked)
+                canvas.DrawPath(gfx::Pen(color, penWidth), path);
+            else
+                canvas.FillPath(gfx::SolidBrush(color), path);
+        }
+        // Blue is copied, not blurred: a glow keeps a sharp blue component.
+        CGaussBlur gauss;
+        layer.bitmap = gauss.Blur(sharp, float(blur) / 32, 14, true);
+        layer.path = std::move(path);
+        layer.width = width;
+        layer.height = height;
+        layer.color = color;
+        layer.stroked = stroked;
+        layer.penWidth = penWidth;
+        layer.blur = blur;
+        layer.smoothing = RenderQuality::smoothing;
+        layer.pixelOffset = RenderQuality::pixelOffset;
+        layer.composed = true;
     }
-    // Blue is copied, not blurred: a glow keeps a sharp blue component.
-    CGaussBlur gauss;
-    const std::unique_ptr<gfx::Bitmap> blurred = gauss.Blur(layer, float(blur) / 32, 14, true);
-    if (blurred)
-        graphics.DrawImage(*blurred, box.translated(offset));
+    if (layer.bitmap)
+        graphics.DrawImage(*layer.bitmap, box.translated(offset));
 }
 
 void CDrawText::DrawTracker(gfx::Graphics& graphics, int state, int, int)

@@ -1,19 +1,14 @@
 #pragma once
 
 #include "objects/CDrawObj.h"
+#include "platform/graphics/Graphics.h"
 #include "platform/graphics/GraphicsPath.h"
 
 #include <QString>
 #include <QStringList>
 #include <cstdint>
 #include <functional>
-
-namespace gfx {
-class Brush;
-class Font;
-class Graphics;
-class Pen;
-} // namespace gfx
+#include <memory>
 
 // A text on the label. It is never drawn as text: Layout turns it, glyph by glyph, into one
 // outline, and Draw paints that outline in one of six styles with edge, shadow and blur.
@@ -137,12 +132,34 @@ private:
     // Places one glyph of a curved line at (px, py), turned along the chord, in the frame of rect.
     void PlaceOnCurve(const Setting& s, QChar c, float advance, float px, float py, float tangent, float turn,
                       const QRectF& rect, GlyphBatch& batch);
+    // A blurred effect as DrawBlurred composed it, with everything it was composed from. The
+    // bitmap is in the text's own frame at half the label's resolution, whatever the device, so
+    // it serves until one of these changes: moving the text only moves the box it is drawn into.
+    struct BlurredLayer {
+        gfx::GraphicsPath path; // the outline as painted on the bitmap
+        int width = 0;
+        int height = 0;
+        gfx::Color color;
+        bool stroked = false;
+        float penWidth = 0;
+        std::uint8_t blur = 0;
+        gfx::SmoothingMode smoothing = gfx::SmoothingMode::Default;
+        gfx::PixelOffsetMode pixelOffset = gfx::PixelOffsetMode::Default;
+        bool composed = false;
+        std::shared_ptr<const gfx::Bitmap> bitmap; // null when the blur could not be made
+    };
+
     // Paints the outline, halved, on a half-resolution bitmap, blurs it and draws it back into
     // the box of the label that the bitmap stands for (turned text needs a square), moved by the
-    // offset. With a pen the outline is stroked, else filled with the brush.
-    void DrawBlurred(gfx::Graphics& graphics, const QRectF& r, const gfx::Brush* brush, const gfx::Pen* pen,
-                     std::uint8_t blur, QPointF offset) const;
+    // offset. A stroked outline takes a pen of the colour and width, else it is filled with the
+    // colour. The blurred bitmap is kept in the layer and composed again only when what it is
+    // made of changed.
+    void DrawBlurred(gfx::Graphics& graphics, const QRectF& r, BlurredLayer& layer, gfx::Color color, bool stroked,
+                     float penWidth, std::uint8_t blur, QPointF offset);
     // The frame the tracker draws and picks by, grown on all sides: two ellipses for curved
     // text, the turned rectangle for straight text.
     gfx::GraphicsPath FramePath(float grow) const;
+
+    BlurredLayer m_shadowLayer;
+    BlurredLayer m_edgeLayer;
 };

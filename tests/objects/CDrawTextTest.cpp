@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <cmath>
+#include <functional>
 
 namespace {
 
@@ -342,4 +343,47 @@ TEST_F(CDrawTextTest, BadInputEndsSafely)
     EXPECT_FALSE(tiny->m_textPath.IsEmpty());
     drawn(*tiny, 100);
     EXPECT_LT(clock.elapsed(), 20000);
+}
+
+TEST_F(CDrawTextTest, AKeptBlurIsComposedAgainAfterEveryChangeAndOnlyMovedByAMove)
+{
+    // A turned glowing text with a blurred shadow keeps both blurs between draws. After each
+    // change it must paint exactly what a copy that never drew before paints, and differ from
+    // what it painted before the change.
+    auto text = makeText(QStringLiteral("Glow"), CRect(-80, 30, 80, -30));
+    text->SetEffects(gfx::Color(255, 0, 160, 255), CDrawText::Glowing, 6, 160, 0, 1, 10, -8, 120, 20);
+    text->m_angle = 80;
+    text->Layout();
+    auto other = makeText(QStringLiteral("Other"), CRect(-60, 20, 60, -20));
+    other->SetEffects(gfx::Color(255, 255, 0, 0), CDrawText::Neon, 3, 60, 0, 1, -6, 6, 60, 0);
+    const struct {
+        const char* change;
+        std::function<void()> apply;
+    } changes[] = {
+        {"edge colour written as an undo does", [&] { text->m_edgeColor = gfx::Color(255, 0, 200, 0); }},
+        {"shadow transparency written", [&] { text->m_shadowTransparency = 60; }},
+        {"effects set", [&] { text->SetEffects(text->m_edgeColor, CDrawText::Glowing, 9, 90, 10, 1, 10, -8, 40, 20); }},
+        {"text set, as wide", [&] { text->SetTextProperties(QStringLiteral("woGl"), 0, 1, gfx::Color(), 0, 80, 0, 0); }},
+        {"font set", [&] { text->SetFont(QStringLiteral("Liberation Serif"), 14, 0); }},
+        {"moved", [&] { text->MoveTo(CRect(-50, 60, 110, 0), nullptr); }},
+        {"offset", [&] { text->Offset(-37, -21); }},
+        {"turned by its handle", [&] { text->MoveHandleTo(1, CPoint(-100, 100), nullptr); }},
+        {"properties copied", [&] { text->CopyProperties(*other); }},
+        {"read from a file", [&] {
+             auto source = makeText(QStringLiteral("Read"), CRect(-70, 25, 70, -25));
+             source->SetEffects(gfx::Color(255, 90, 90, 90), CDrawText::Glowing, 4, 200, 0, 1, 5, 5, 200, 0);
+             CArchive archive(stored(*source));
+             text->Serialize(archive);
+         }},
+    };
+    QImage before = drawn(*text, 300);
+    for (const auto& c : changes) {
+        SCOPED_TRACE(c.change);
+        c.apply();
+        const QImage kept = drawn(*text, 300);
+        const QImage fresh = drawn(*text->Clone(), 300);
+        EXPECT_TRUE(kept == fresh);
+        EXPECT_FALSE(kept == before);
+        before = kept;
+    }
 }

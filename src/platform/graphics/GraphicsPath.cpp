@@ -370,6 +370,13 @@ void GraphicsPath::Transform(const Matrix& matrix)
     matrix.TransformPoints(m_points.data(), int(m_points.size()));
 }
 
+bool GraphicsPath::IsIdentical(const GraphicsPath& other) const
+{
+    const auto same = [](QPointF a, QPointF b) { return a.x() == b.x() && a.y() == b.y(); };
+    return m_fillMode == other.m_fillMode && m_types == other.m_types
+           && std::equal(m_points.begin(), m_points.end(), other.m_points.begin(), other.m_points.end(), same);
+}
+
 QRectF GraphicsPath::GetBounds() const
 {
     return m_path.boundingRect();

@@ -62,6 +62,9 @@ public:
     int GetPointCount() const { return int(m_points.size()); }
 
     FillMode GetFillMode() const { return m_fillMode; }
+    // The same points, bit for bit (not within Qt's fuzzy tolerance), of the same types, under
+    // the same fill mode: two such paths paint the same pixels.
+    bool IsIdentical(const GraphicsPath& other) const;
     void SetFillMode(FillMode mode);
 
     const QPainterPath& path() const { return m_path; }
