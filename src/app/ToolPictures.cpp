@@ -54,12 +54,11 @@ public:
     {
         return std::max(1.0, std::round(units * m_devicePerUnit)) / m_devicePerUnit;
     }
-    // A coordinate moved to where a straight stroke of the given width along it covers whole
-    // device pixels.
-    qreal snap(qreal c, qreal units = 1) const
+    // A coordinate moved to where a straight stroke along it covers whole device pixels.
+    qreal snap(qreal c) const
     {
         const qreal d = c * m_devicePerUnit;
-        const bool odd = static_cast<int>(std::round(width(units) * m_devicePerUnit)) % 2 != 0;
+        const bool odd = static_cast<int>(std::round(width() * m_devicePerUnit)) % 2 != 0;
         return (odd ? std::floor(d) + 0.5 : std::round(d)) / m_devicePerUnit;
     }
     QRectF snapped(qreal left, qreal top, qreal right, qreal bottom) const
@@ -90,9 +89,9 @@ public:
         p.setBrush(fill);
         p.drawPath(path);
     }
-    void stroke(const QPainterPath& path, qreal units = 1) const
+    void stroke(const QPainterPath& path) const
     {
-        p.setPen(pen(units));
+        p.setPen(pen());
         p.setBrush(Qt::NoBrush);
         p.drawPath(path);
     }
@@ -156,7 +155,7 @@ void drawPicture(const Sketch& s, int command)
     case Picture: {
         const QRectF frame = s.snapped(1.5, 3, 14.5, 13);
         s.p.setPen(Qt::NoPen);
-        s.p.setBrush(s.colour(0xcfe2f7));
+        s.p.setBrush(s.fill());
         s.p.drawRect(frame);
         s.p.save();
         s.p.setClipRect(frame);
@@ -288,7 +287,7 @@ public:
         if (side <= 0)
             return;
         const qreal unit = side / 16.0;
-        const qreal dpr = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+        const qreal dpr = painter->device()->devicePixelRatioF();
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
         painter->translate(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
