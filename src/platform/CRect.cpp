@@ -18,20 +18,22 @@ CRect CRect::Normalized() const
     return r;
 }
 
+// Edges stop at the ends of the int range, as the extents do: a damaged file's rectangle can
+// already touch them, and one that wrapped round would lie on the other side of the label.
 void CRect::InflateRect(int dx, int dy)
 {
-    left -= dx;
-    top -= dy;
-    right += dx;
-    bottom += dy;
+    left = saturated((long long)left - dx);
+    top = saturated((long long)top - dy);
+    right = saturated((long long)right + dx);
+    bottom = saturated((long long)bottom + dy);
 }
 
 void CRect::OffsetRect(int dx, int dy)
 {
-    left += dx;
-    right += dx;
-    top += dy;
-    bottom += dy;
+    left = saturated((long long)left + dx);
+    right = saturated((long long)right + dx);
+    top = saturated((long long)top + dy);
+    bottom = saturated((long long)bottom + dy);
 }
 
 bool CRect::IntersectRect(const CRect& a, const CRect& b)
