@@ -55,7 +55,10 @@ CPoint CDrawObj::GetHandle(int handle) const
 CRect CDrawObj::GetHandleRect(int handle, CView*) const
 {
     const CPoint p = GetHandle(handle);
-    return CRect(p.x - 12, p.y - 12, p.x + 12, p.y + 12);
+    // Moved rather than added up: a handle of a damaged file's object lies at the end of the range.
+    CRect r(-12, -12, 12, 12);
+    r.OffsetRect(p.x, p.y);
+    return r;
 }
 
 Qt::CursorShape CDrawObj::GetHandleCursor(int handle) const
@@ -123,9 +126,9 @@ bool CDrawObj::IsInside(const CRect& rect)
     const CRect outer = rect.Normalized();
     CRect own = m_position.Normalized();
     if (own.Width() == 0)
-        own.right += 1;
+        own.right = CRect::saturated(own.right + 1LL);
     if (own.Height() == 0)
-        own.bottom += 1;
+        own.bottom = CRect::saturated(own.bottom + 1LL);
     CRect both;
     both.UnionRect(outer, own);
     return both == outer;

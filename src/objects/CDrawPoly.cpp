@@ -10,7 +10,6 @@
 #include <QPolygon>
 #include <QRegion>
 #include <algorithm>
-#include <climits>
 #include <cmath>
 
 namespace {
@@ -30,11 +29,16 @@ void extend(CRect& extent, CPoint p)
 }
 
 // Grows the rectangle on every side, saturating at the ends of the int range.
-CRect grown(const CRect& r, int margin)
+CRect grown(CRect r, int margin)
 {
-    auto clampInt = [](long long v) { return int(std::clamp(v, (long long)INT_MIN, (long long)INT_MAX)); };
-    return CRect(clampInt((long long)r.left - margin), clampInt((long long)r.top - margin),
-                 clampInt((long long)r.right + margin), clampInt((long long)r.bottom + margin));
+    r.InflateRect(margin, margin);
+    return r;
+}
+
+// Moves a point, stopping at the ends of the int range as a rectangle's edges do.
+CPoint moved(CPoint p, long long dx, long long dy)
+{
+    return CPoint(CRect::saturated(p.x + dx), CRect::saturated(p.y + dy));
 }
 
 // A normalised rectangle as the rectangle a region test takes: right and bottom edges outside.
@@ -247,13 +251,12 @@ void CDrawPoly::MoveTo(const CRect& position, CView* view)
 {
     if (position == m_position)
         return;
-    const int dx = position.left - m_position.left;
-    const int dy = position.top - m_position.top;
+    // A damaged file's object and its new place can lie further apart than an int counts.
+    const long long dx = (long long)position.left - m_position.left;
+    const long long dy = (long long)position.top - m_position.top;
     Invalidate(view);
-    for (CPoint& p : m_points) {
-        p.x += dx;
-        p.y += dy;
-    }
+    for (CPoint& p : m_points)
+        p = moved(p, dx, dy);
     PointsChanged();
     m_position = position;
     m_aspect = std::abs(double(position.Width())) / std::abs(double(position.Height()));
@@ -263,10 +266,8 @@ void CDrawPoly::MoveTo(const CRect& position, CView* view)
 void CDrawPoly::Offset(int dx, int dy)
 {
     CDrawObj::Offset(dx, dy);
-    for (CPoint& p : m_points) {
-        p.x += dx;
-        p.y += dy;
-    }
+    for (CPoint& p : m_points)
+        p = moved(p, dx, dy);
     PointsChanged();
 }
 

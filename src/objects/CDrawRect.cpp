@@ -136,7 +136,8 @@ CPoint CDrawRect::GetHandle(int handle) const
     switch (shape) {
     case RoundRectangle:
         if (handle == 9)
-            return CPoint(n.right - m_cornerSize.x / 2, n.bottom - m_cornerSize.y / 2);
+            return CPoint(CRect::saturated(n.right - (long long)(m_cornerSize.x / 2)),
+                          CRect::saturated(n.bottom - (long long)(m_cornerSize.y / 2)));
         break;
     case Halo:
         if (handle == 9)
@@ -372,24 +373,28 @@ CPoint CDrawRect::SnapPoint(CPoint point, CDrawDoc* document, int resolution)
 
 CPoint CDrawRect::ConstrainAngle(CPoint point, CPoint o)
 {
-    const int dx = o.x - point.x;
-    const int dy = o.y - point.y;
+    // In 64 bits: the other end of a damaged file's line can be further away than an int counts.
+    const long long dx = (long long)o.x - point.x;
+    const long long dy = (long long)o.y - point.y;
     const double d = std::atan2(double(dx), double(dy)) / 3.14159 * 180;
-    const int m = (std::abs(dx) + std::abs(dy)) / 2;
+    const long long m = (std::abs(dx) + std::abs(dy)) / 2;
+    const auto diagonal = [&](int sx, int sy) {
+        return CPoint(CRect::saturated(o.x + sx * m), CRect::saturated(o.y + sy * m));
+    };
     if (d > -157.5 && d <= -112.5)
-        return CPoint(o.x + m, o.y + m);
+        return diagonal(1, 1);
     if (d > -112.5 && d <= -67.5)
         return CPoint(point.x, o.y);
     if (d > -67.5 && d <= -22.5)
-        return CPoint(o.x + m, o.y - m);
+        return diagonal(1, -1);
     if (d > -22.5 && d <= 22.5)
         return CPoint(o.x, point.y);
     if (d > 22.5 && d <= 67.5)
-        return CPoint(o.x - m, o.y - m);
+        return diagonal(-1, -1);
     if (d > 67.5 && d <= 112.5)
         return CPoint(point.x, o.y);
     if (d > 112.5 && d <= 157.5)
-        return CPoint(o.x - m, o.y + m);
+        return diagonal(-1, 1);
     return CPoint(o.x, point.y);
 }
 
@@ -472,9 +477,11 @@ void CDrawRect::MoveHandleTo(int handle, CPoint point, CView* view)
 
     if (shape == RoundRectangle && handle == 9) {
         const CRect n = m_position.Normalized();
-        const int x = std::max(std::min(point.x, n.right - 1), n.left + n.Width() / 2);
-        const int y = std::max(std::min(point.y, n.bottom - 1), n.top + n.Height() / 2);
-        m_cornerSize = CPoint((n.right - x) * 2, (n.bottom - y) * 2);
+        // A damaged file's rectangle can be wider than an int counts: the corner stops at the end.
+        const int x = std::max(std::min(point.x, CRect::saturated(n.right - 1LL)), n.left + n.Width() / 2);
+        const int y = std::max(std::min(point.y, CRect::saturated(n.bottom - 1LL)), n.top + n.Height() / 2);
+        m_cornerSize =
+            CPoint(CRect::saturated(((long long)n.right - x) * 2), CRect::saturated(((long long)n.bottom - y) * 2));
         Invalidate(view);
         return;
     }
@@ -530,8 +537,8 @@ void CDrawRect::FitToPicture()
     const gfx::Image* picture = m_appearance.Picture();
     const int width = picture ? int(picture->GetWidth()) : 0;
     const int height = picture ? int(picture->GetHeight()) : 0;
-    m_position.right = m_position.left + width;
-    m_position.bottom = m_position.top - height;
+    m_position.right = CRect::saturated((long long)m_position.left + width);
+    m_position.bottom = CRect::saturated((long long)m_position.top - height);
     m_aspect = std::abs(double(m_position.Width())) / std::abs(double(m_position.Height()));
 }
 

@@ -654,7 +654,9 @@ CRect CDrawText::GetHandleRect(int handle, CView* view) const
         return CDrawObj::GetHandleRect(handle, view);
     const CPoint p = GetHandle(handle);
     const int w = int(glyph->GetWidth()), h = int(glyph->GetHeight());
-    return CRect(p.x - w / 2, p.y - h / 2, p.x - w / 2 + w, p.y - h / 2 + h);
+    CRect r(-(w / 2), -(h / 2), w - w / 2, h - h / 2);
+    r.OffsetRect(p.x, p.y);
+    return r;
 }
 
 Qt::CursorShape CDrawText::GetHandleCursor(int handle) const
@@ -770,7 +772,9 @@ CRect CDrawText::GetDrawBounds(CRect rect) const
                   clampCoordinate(c.y + half));
     }
     r = r.Normalized();
-    r.InflateRect(std::abs(m_shadowX), std::abs(m_shadowY));
+    // The shadow's offset is the file's: its size need not fit an int.
+    r.InflateRect(CRect::saturated(std::abs((long long)m_shadowX)),
+                  CRect::saturated(std::abs((long long)m_shadowY)));
     r.InflateRect(m_shadowBlur / 16, m_shadowBlur / 16);
     r.InflateRect(m_edgeBlur / 16, m_edgeBlur / 16);
     return r;
