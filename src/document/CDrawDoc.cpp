@@ -52,6 +52,14 @@ QRectF labelRect(CSize size, int cx, int cy, double bleed)
                   size.cy + 2 * bleed * cy);
 }
 
+// Where in its 8-pixel cell a pattern starts, for a device coordinate of its anchor. A damaged
+// file's picture offset can put the anchor beyond the range of int: it is reduced as a double.
+int patternPhase(double device)
+{
+    const int phase = int(std::fmod(std::round(device), 8.0));
+    return phase < 0 ? phase + 8 : phase;
+}
+
 // The undo history's only way to the modified flag: undoing back to the saved state clears it.
 void undoChanged(CDocument* document, const UNDONOTIFY& notify)
 {
@@ -592,12 +600,12 @@ void CDrawDoc::DrawBackground(gfx::Graphics& graphics, int cx, int cy, int label
             }
         }
         m_pBackBrush->SetTransform(gfx::Matrix(scale * fx, 0, 0, -scale * fy, 0, 0));
-        m_pBackBrush->TranslateTransform(float(-background.OffsetX - width / 2),
-                                         float(-background.OffsetY - height / 2));
+        // The offsets come from the file and may lie at the ends of the int range.
+        const double offsetX = background.OffsetX, offsetY = background.OffsetY;
+        m_pBackBrush->TranslateTransform(float(-offsetX - width / 2), float(-offsetY - height / 2));
         if (background.WrapMode == 4) {
-            const QRectF picture(-(background.OffsetX + width / 2) * scale * fx,
-                                 -(height / 2 - background.OffsetY) * scale * fy, width * scale * fx,
-                                 height * scale * fy);
+            const QRectF picture(-(offsetX + width / 2) * scale * fx, -(height / 2 - offsetY) * scale * fy,
+                                 width * scale * fx, height * scale * fy);
             m_pBackBrush->SetWrapMode(gfx::WrapMode::Clamp);
             graphics.FillRectangle(*m_pBackBrush, picture);
         } else {
@@ -610,9 +618,7 @@ void CDrawDoc::DrawBackground(gfx::Graphics& graphics, int cx, int cy, int label
         // Anchor the pattern where the picture offset puts it, not where the screen happens to be.
         QPointF anchor(bleedRect.center().x() - background.OffsetX, bleedRect.center().y() + background.OffsetY);
         graphics.TransformPoints(gfx::CoordinateSpace::Device, gfx::CoordinateSpace::World, &anchor, 1);
-        const int ox = qRound(anchor.x()) % 8;
-        const int oy = qRound(anchor.y()) % 8;
-        graphics.SetRenderingOrigin(ox < 0 ? ox + 8 : ox, oy < 0 ? oy + 8 : oy);
+        graphics.SetRenderingOrigin(patternPhase(anchor.x()), patternPhase(anchor.y()));
         graphics.FillRectangle(gfx::HatchBrush(background.HatchStyle, gfx::Color::FromCOLORREF(background.BackColor),
                                                gfx::Color::FromCOLORREF(background.BackColor2)),
                                whole);

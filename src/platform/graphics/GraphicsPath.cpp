@@ -162,6 +162,10 @@ void GraphicsPath::AddArc(const QRectF& rect, float startAngle, float sweepAngle
 {
     if (!(rect.width() > 0) || !(rect.height() > 0))
         return;
+    // Angles from a damaged file: an arc that starts nowhere, or sweeps no known way, has no
+    // points. An endless sweep is a whole turn.
+    if (!std::isfinite(startAngle) || std::isnan(sweepAngle))
+        return;
     const double sweep = std::clamp(double(sweepAngle), -360.0, 360.0);
     const double a = rect.width() / 2, b = rect.height() / 2;
     const QPointF centre = rect.center();
