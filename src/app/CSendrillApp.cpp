@@ -34,7 +34,7 @@ int presentMessage(const QString& text, int style)
     QMessageBox box(QApplication::activeWindow());
     box.setWindowTitle(QStringLiteral("Tessarelle"));
     box.setText(text);
-    const bool question = (style & 0xF) == MessageBox::YesNo;
+    const bool question = (style & 0xF) == MessageBox::YesNo || (style & 0xF) == MessageBox::YesNoCancel;
     // A box that names no icon gets the usual one: a question mark for a question, otherwise
     // the exclamation mark.
     if ((style & 0xF0) == 0)
@@ -54,6 +54,13 @@ int presentMessage(const QString& text, int style)
         break;
     default:
         break;
+    }
+    if ((style & 0xF) == MessageBox::YesNoCancel) {
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::Cancel);
+        const int answer = box.exec();
+        return answer == QMessageBox::Yes ? MessageBox::IdYes : answer == QMessageBox::No ? MessageBox::IdNo : MessageBox::IdCancel;
     }
     if (question) {
         box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);

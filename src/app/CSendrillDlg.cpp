@@ -7,7 +7,6 @@
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
 #include "printing/CPrintView.h"
-#include "undo/CUndoManager.h"
 #include "view/CDrawTool.h"
 #include "view/CNetworkView.h"
 
@@ -15,8 +14,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QScreen>
-#include <QShortcut>
-#include <QVBoxLayout>
+#include <QApplication>
 
 
 namespace {
@@ -34,6 +32,7 @@ CSendrillDlg::CSendrillDlg(CSendrillApp& app, QWidget* parent)
 
 CSendrillDlg::~CSendrillDlg()
 {
+    qApp->removeEventFilter(this);
     // The view leaves the document's views before the document goes.
     delete m_pView;
     m_pView = nullptr;
@@ -79,9 +78,6 @@ bool CSendrillDlg::OnInitDialog()
     const bool printerLoaded = m_pDoc->GetPrinter().Load(printerName) == 0;
 
     m_pView = new CNetworkView(*m_pDoc, this);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_pView);
     // Without its saved set-up the printer is chosen again, through the set-up dialog where
     // there is one; without one the spooler's default taken by Load stands.
     if (!printerLoaded)
@@ -89,8 +85,6 @@ bool CSendrillDlg::OnInitDialog()
 
     m_pDoc->SetTemplate(Profile::GetInt(m_pDoc->GetPrinter().GetName(true), QStringLiteral("Template"), 0));
 
-    // The tool column and the panel stacks come with the main dialog's layout.
-    AddAccelerators();
 
     // The file as typed: the unattended path lower-cases it, which a case-sensitive file
     // system may not find.
@@ -114,11 +108,16 @@ bool CSendrillDlg::OnInitDialog()
 
     // The place is that of the outer window, as the window manager places it with its frame.
     resize(WindowWidth, WindowHeight);
+    setMinimumSize(WindowWidth, WindowHeight);
     if (const QScreen* screen = this->screen())
         move(CentredGeometry(screen->availableGeometry()).topLeft());
-    g_currentTool = CDrawTool::Selection;
+    CreateMenu();
+    CreateLayout();
     m_pView->SetLogicalSizes();
     m_pView->ZoomFull();
+    g_currentTool = CDrawTool::Selection;
+    SyncToolsAndPanels();
+    qApp->installEventFilter(this);
 
     // PENDING (update check): with CheckUpdates set, the check starts here on its own thread.
     return true;
@@ -148,59 +147,16 @@ QString CSendrillDlg::UnattendedPath(const QString& lowerCased, const QString& g
 
 bool CSendrillDlg::OpenProject(const QString& path)
 {
+    if (m_pView)
+        m_pView->ClearSelection();
     if (!m_pDoc->OnOpenDocument(path))
         return false;
     m_pDoc->SetModifiedFlag(false);
+    if (m_pView) {
+        m_pView->viewport()->update();
+        ChooseTemplatePage();
+    }
     return true;
-}
-
-void CSendrillDlg::AddAccelerators()
-{
-    const auto add = [this](const QKeySequence& key, auto handler) {
-        auto* shortcut = new QShortcut(key, this);
-        shortcut->setContext(Qt::WindowShortcut);
-        connect(shortcut, &QShortcut::activated, this, handler);
-    };
-    // Each tool key chooses its tool, as the tool's button does.
-    const std::pair<const char*, int> tools[] = {
-        {"Alt+1", CDrawTool::Selection}, {"Alt+2", CDrawTool::Polyline}, {"Alt+3", CDrawTool::Curve},
-        {"Alt+4", CDrawTool::Rectangle}, {"Alt+5", CDrawTool::RoundRectangle}, {"Alt+6", CDrawTool::Halo},
-        {"Alt+7", CDrawTool::Arrow},     {"Alt+A", CDrawTool::Text},     {"Alt+B", CDrawTool::ClipArt},
-        {"Alt+C", CDrawTool::ClosedCurve}, {"Alt+D", CDrawTool::Polygon}, {"Alt+E", CDrawTool::Ellipse},
-        {"Alt+F", CDrawTool::Arc},       {"Alt+G", CDrawTool::Line},
-    };
-    for (const auto& [key, tool] : tools)
-        add(QKeySequence(QString::fromLatin1(key)), [this, tool = tool] { m_pView->SelectTool(tool); });
-    add(QKeySequence(QStringLiteral("Ctrl+S")), &CSendrillDlg::OnFileSave);
-    add(QKeySequence(QStringLiteral("Ctrl+Z")), &CSendrillDlg::OnEditUndo);
-    add(QKeySequence(QStringLiteral("Ctrl+Y")), &CSendrillDlg::OnEditRedo);
-    add(QKeySequence(QStringLiteral("Ctrl+T")), [this] { m_pView->OnEditCut(); });
-    add(QKeySequence(QStringLiteral("Ctrl+C")), [this] { m_pView->OnEditCopy(); });
-    add(QKeySequence(QStringLiteral("Ctrl+L")), [this] { m_pView->OnEditClone(); });
-    add(QKeySequence(QStringLiteral("Ctrl+V")), [this] { m_pView->OnEditPaste(); });
-    add(QKeySequence(Qt::Key_Delete), [this] { m_pView->OnEditDelete(); });
-}
-
-void CSendrillDlg::OnEditUndo()
-{
-    if (g_undoManager.CanUndo(m_pDoc.get(), 1))
-        g_undoManager.Undo(m_pDoc.get(), 1);
-}
-
-void CSendrillDlg::OnEditRedo()
-{
-    if (g_undoManager.CanRedo(m_pDoc.get(), 1))
-        g_undoManager.Redo(m_pDoc.get(), 1);
-}
-
-void CSendrillDlg::OnFileSave()
-{
-    // Enabled only for a project with a path and changes.
-    const QString path = m_pDoc->GetPathName();
-    if (path.isEmpty() || !m_pDoc->IsModified())
-        return;
-    if (m_pDoc->OnSaveDocument(path))
-        m_pDoc->SetModifiedFlag(false);
 }
 
 void CSendrillDlg::ResetUpdateRestart()

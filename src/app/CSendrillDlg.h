@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/CControlPos.h"
+#include "app/CPanelStack.h"
 #include "app/CommandLine.h"
 #include "platform/FontCollection.h"
 #include "templates/CTemplateFile.h"
@@ -7,17 +9,27 @@
 #include <QDialog>
 #include <QRect>
 #include <QString>
+#include <array>
+#include <map>
 #include <memory>
 #include <vector>
 
 class CDrawDoc;
+class CImageButton;
 class CNetworkView;
 class CSendrillApp;
+class QAction;
+class QMenu;
+class QMenuBar;
 
 // The one main window. It owns the template list, the document and the view, and lives for
 // the whole run. Its initialisation reads the fonts, the command line, the templates and the
 // printer's choices, and either prints unattended and ends before anything shows, or opens
-// the designer. When it is destroyed it starts a downloaded update if one waits.
+// the designer: the tool column, the canvas and the panel column under the menu. When it is
+// destroyed it starts a downloaded update if one waits.
+//
+// Its filter sees every event of the program and keeps the tool buttons and the panel stacks in
+// step with the current tool and the selection, so that no command has to remember to.
 class CSendrillDlg : public QDialog {
     Q_OBJECT
 
@@ -35,8 +47,22 @@ public:
     CDrawDoc* GetDocument() const { return m_pDoc.get(); }
     CNetworkView* GetView() const { return m_pView; }
     const std::vector<CTemplateFile>& Templates() const { return m_templates; }
-    // The project the command line named for the designer; empty when it named none.
+    // The project's path: where Save writes. Empty for a project never saved or opened.
     const QString& ProjectPath() const { return m_strProjectPath; }
+
+    // Runs a command of the menu, the tool column or the keys by its number.
+    void OnCommand(int id);
+    // The command's menu entry and key, enabled and checked as the state is now.
+    QAction* Action(int id);
+    // Brings every entry's enabling and check up to date, as opening a menu does.
+    void UpdateCommandUI();
+    const CPanelStack& Stack(int index) const { return m_stacks[size_t(index)]; }
+    CImageButton* ToolButton(int id) const;
+    // Opens a project given from outside (the recent files): only ".dst" files, their path
+    // lower-cased as the shell's path always was.
+    void OpenFromOutside(const QString& path);
+    // The recent projects, newest first, as the profile keeps them.
+    static QStringList RecentFiles();
     // What the command line asked for, once the initialisation has parsed it.
     CommandLine::Dispatch StartMode() const { return m_dispatch; }
 
@@ -64,11 +90,48 @@ private:
     void RunUnattended(const CommandLine& commandLine, const QString& givenPrintFile);
     // Reads a project into the document; false (reported) when it can't be read.
     bool OpenProject(const QString& path);
-    // The keys of the tools and of the edit commands.
-    void AddAccelerators();
+
+    // The window's parts (CSendrillDlg_Layout.cpp).
+    void CreateLayout();
+    void CreateToolButtons();
+    void CreatePanels();
+    // Keeps the tool buttons and the panel stacks in step with the tool and the selection.
+    void SyncToolsAndPanels();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void reject() override;
+
+    // The menu and the keys (CSendrillDlg_Menu.cpp).
+    // The tool a command chooses, or -1 for a command that chooses none.
+    static int ToolOfCommand(int command);
+    void CreateMenu();
+    QAction* AddCommand(QMenu* menu, int id, const QString& text, const QKeySequence& key = {});
+    void UpdateRecentFilesMenu();
+    void OnSelectTool(int tool);
+    void OnAbout();
+    void OpenHelp(const QString& target);
+    void OnUnits(int units);
     void OnEditUndo();
     void OnEditRedo();
+
+    // The file commands (CSendrillDlg_File.cpp).
+    void OnFileNew();
+    void OnFileOpen();
     void OnFileSave();
+    void OnFileSaveAs();
+    void OnFileSaveImage();
+    void OnFilePrint();
+    void OnPrinterSetup();
+    void OnExit();
+    // Asks whether the modified document may go; true when it may.
+    bool MayDiscard();
+    void AddToRecentFileList(const QString& path);
+    // The path chosen in a file dialog of the given filter and size; empty when cancelled.
+    QString AskFileName(bool save, const QString& filter, const QString& suffix, QSize size, const QString& start = {});
+    static void WriteProjectPath(const QString& path);
+    // The page of stack 1 that suits the template: the tray's (0) or the sheet's (1).
+    void ChooseTemplatePage();
 
     CSendrillApp& m_app;
     std::vector<CTemplateFile> m_templates;
@@ -78,4 +141,26 @@ private:
     QString m_strProjectPath;
     CommandLine::Dispatch m_dispatch = CommandLine::Dispatch::Interactive;
     bool m_bEnded = false;
+
+    QMenuBar* m_pMenuBar = nullptr;
+    QMenu* m_pFileMenu = nullptr;
+    std::vector<QAction*> m_recentActions;
+    // The dialog's own area below the menu, in which everything is placed.
+    QWidget* m_pClient = nullptr;
+    QWidget* m_pViewHolder = nullptr;
+    std::array<QWidget*, 3> m_stackHolders{};
+    std::array<CPanelStack, 3> m_stacks;
+    CControlPos m_controlPos;
+    std::map<int, QAction*> m_actions;
+    struct ToolButtonEntry {
+        int command;
+        int tool; // -1 for the buttons that are no tool
+        CImageButton* button;
+    };
+    std::vector<ToolButtonEntry> m_toolButtons;
+    bool m_bCtrlDown = false;
+    // The pages wanted in stack 2 (background: 0 choose, 1 adjust) and stack 1 (template: 0
+    // the tray's, 1 the sheet's).
+    int m_nPanelBack = 0;
+    int m_nPanelTemplate = 0;
 };

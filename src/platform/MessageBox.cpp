@@ -28,5 +28,5 @@ void MessageBox::SetPresenter(Presenter p)
 
 int MessageBox::DefaultAnswer(int style)
 {
-    return (style & 0xF) == YesNo ? IdNo : IdOk;
+    return (style & 0xF) == YesNo || (style & 0xF) == YesNoCancel ? IdNo : IdOk;
 }

@@ -173,6 +173,12 @@ void CNetworkView::Deselect(CDrawObj* object)
     Remove(object);
 }
 
+void CNetworkView::ClearSelection()
+{
+    OnUpdateList(nullptr, 2, nullptr);
+    m_selection.clear();
+}
+
 void CNetworkView::SelectAll()
 {
     for (const auto& object : m_pDrawDoc->GetObjects())

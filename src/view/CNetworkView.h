@@ -44,6 +44,8 @@ public:
     void SelectWithinRect(CRect clientRect, bool add);
     void Deselect(CDrawObj* object);
     void SelectAll();
+    // Empties the selection and repaints what was selected; the defaults stay.
+    void ClearSelection();
 
     // ---- commands
     void OnEditDelete();
@@ -78,10 +80,6 @@ public:
 
     // The filter of every picture dialog of the canvas, in the platform dialog's syntax.
     static const QString PictureFilter;
-
-signals:
-    // A status text for the main window, as the zoom buttons send it.
-    void statusText(const QString& text);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

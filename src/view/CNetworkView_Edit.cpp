@@ -177,13 +177,11 @@ void CNetworkView::OnZoomTool(int mode)
 {
     g_currentTool = CDrawTool::Zoom;
     SetZoomMode(mode);
-    emit statusText(mode == ZoomInMode ? QStringLiteral("Click to Zoom in") : QStringLiteral("Click to Zoom out"));
 }
 
 void CNetworkView::SelectTool(int number)
 {
-    OnUpdateList(nullptr, 2, nullptr);
-    m_selection.clear();
+    ClearSelection();
     // The shape and text panels show the defaults of the tool once they exist.
     g_currentTool = number;
 }

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QDialog>
+
+class CSendrillApp;
+
+// "About Tessarelle": the vendor's name as a link to its site, the version and the copyright,
+// and the vendor's logo as a link when it has one.
+class CAboutDlg : public QDialog {
+    Q_OBJECT
+
+public:
+    CAboutDlg(const CSendrillApp& app, QWidget* parent = nullptr);
+};
