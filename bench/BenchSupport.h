@@ -19,7 +19,8 @@ inline QTemporaryDir& scratch()
 // Runs the registered benchmarks headless, after the program's own set-up; benchmarks of widgets
 // name QApplication.
 template <typename Application = QGuiApplication>
-int RunBenchmarks(int argc, char** argv, const std::function<void()>& setUp = {})
+int RunBenchmarks(int argc, char** argv, const std::function<void()>& setUp = {},
+                  const std::function<void()>& tearDown = {})
 {
     setenv("QT_QPA_PLATFORM", "offscreen", 0);
     const QByteArray home = scratch().path().toLocal8Bit();
@@ -31,5 +32,8 @@ int RunBenchmarks(int argc, char** argv, const std::function<void()>& setUp = {}
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    // Windows go before the application does.
+    if (tearDown)
+        tearDown();
     return 0;
 }
