@@ -9,7 +9,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-CAboutDlg::CAboutDlg(const CSendrillApp& app, QWidget* parent) : QDialog(parent)
+CAboutDlg::CAboutDlg(const CSendrillApp& app, QWidget* parent) : CToolTipDialog(parent)
 {
     setWindowTitle(QStringLiteral("About Tessarelle"));
     auto* layout = new QVBoxLayout(this);
@@ -21,6 +21,7 @@ CAboutDlg::CAboutDlg(const CSendrillApp& app, QWidget* parent) : QDialog(parent)
     connect(name, &QPushButton::clicked, this, [] {
         Shell::Open(QStringLiteral("https://") + Branding::BrandWebName);
     });
+    SetControlId(name, 1247);
     layout->addWidget(name);
 
     auto* version = new QLabel(QStringLiteral("version %1.%2.%3.%4")
@@ -29,12 +30,15 @@ CAboutDlg::CAboutDlg(const CSendrillApp& app, QWidget* parent) : QDialog(parent)
                                    .arg(unsigned(app.m_nVersion[2]))
                                    .arg(unsigned(app.m_nVersion[3])),
                                this);
+    SetControlId(version, 1178);
     layout->addWidget(version);
-    layout->addWidget(new QLabel(app.m_strLegalCopyright, this));
+    auto* copyright = new QLabel(app.m_strLegalCopyright, this);
+    SetControlId(copyright, 1177);
+    layout->addWidget(copyright);
 
     if (!Branding::BrandLogoUrl.isEmpty()) {
         auto* logo = new QPushButton(QStringLiteral("Logo"), this);
-        logo->setAccessibleName(QStringLiteral("Logo"));
+        SetControlId(logo, 1164);
         connect(logo, &QPushButton::clicked, this, [] { Shell::Open(Branding::BrandLogoUrl); });
         layout->addWidget(logo);
     }

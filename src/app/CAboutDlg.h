@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QDialog>
+#include "controls/CToolTipDialog.h"
 
 class CSendrillApp;
 
 // "About Tessarelle": the vendor's name as a link to its site, the version and the copyright,
 // and the vendor's logo as a link when it has one.
-class CAboutDlg : public QDialog {
+class CAboutDlg : public CToolTipDialog {
     Q_OBJECT
 
 public:

@@ -26,7 +26,7 @@ constexpr int WindowHeight = 566;
 } // namespace
 
 CSendrillDlg::CSendrillDlg(CSendrillApp& app, QWidget* parent)
-    : QDialog(parent), m_app(app)
+    : CToolTipDialog(parent), m_app(app)
 {
 }
 

@@ -3,6 +3,7 @@
 #include "app/CControlPos.h"
 #include "app/CPanelStack.h"
 #include "app/CommandLine.h"
+#include "controls/CToolTipDialog.h"
 #include "platform/FontCollection.h"
 #include "templates/CTemplateFile.h"
 
@@ -30,7 +31,7 @@ class QMenuBar;
 //
 // Its filter sees every event of the program and keeps the tool buttons and the panel stacks in
 // step with the current tool and the selection, so that no command has to remember to.
-class CSendrillDlg : public QDialog {
+class CSendrillDlg : public CToolTipDialog {
     Q_OBJECT
 
 public:

@@ -72,7 +72,8 @@ void CSendrillDlg::CreateLayout()
         const QString caption = QString::fromLatin1(place.caption);
         auto* button = new CImageButton(ToolPictures::Icon(place.command), caption, m_pClient);
         button->setObjectName(caption);
-        button->setToolTip(caption);
+        // The tooltip comes from the string table, by the command's number.
+        SetControlId(button, place.command);
         button->setGeometry(toPixels(place.x, place.y, 25, 24));
         const int command = place.command;
         connect(button, &CImageButton::clicked, this, [this, command] { OnCommand(command); });
@@ -229,7 +230,7 @@ bool CSendrillDlg::eventFilter(QObject* watched, QEvent* event)
 
 void CSendrillDlg::resizeEvent(QResizeEvent* event)
 {
-    QDialog::resizeEvent(event);
+    CToolTipDialog::resizeEvent(event);
     if (!m_pClient)
         return;
     const int menu = m_pMenuBar->sizeHint().height();

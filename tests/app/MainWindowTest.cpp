@@ -141,6 +141,10 @@ TEST_F(MainWindow, StacksAndButtonsFollowTheToolAndTheSelection)
     view().Select(text, false);
     EXPECT_EQ(pages(), (std::array<int, 3>{-1, -1, 1}));
 
+    // Buttons explain themselves by the program's texts and are found by their captions.
+    EXPECT_EQ(dlg->ToolButton(ToolRectangle)->toolTip(), QStringLiteral("Rectangle Tool"));
+    EXPECT_EQ(dlg->ToolButton(ToolRectangle)->accessibleName(), QStringLiteral("Rectangle"));
+
     // A click on a tool button chooses its tool.
     QTest::mouseClick(dlg->ToolButton(ToolEllipse), Qt::LeftButton);
     EXPECT_EQ(g_currentTool, CDrawTool::Ellipse);
