@@ -1,0 +1,6 @@
+#include "controls/CEditValidate.h"
+
+QString CEditValidate::Validate(QString&)
+{
+    return {};
+}
