@@ -1,5 +1,7 @@
 #include "view/CDrawTool.h"
 
+#include "objects/CDrawObj.h"
+#include "undo/CAddAction.h"
 #include "view/CClosedCurveTool.h"
 #include "view/CCurveTool.h"
 #include "view/CNetworkView.h"
@@ -53,6 +55,24 @@ CDrawTool* CDrawTool::FindTool(int number)
             return tool;
     }
     return nullptr;
+}
+
+CPoint CDrawTool::BeginCreation(CNetworkView* view, unsigned flags, CPoint point)
+{
+    selectMode = None;
+    nDragHandle = 0;
+    CDrawTool::OnLButtonDown(view, flags, point);
+    view->ClientToDoc(point);
+    return point;
+}
+
+CAddAction* CDrawTool::AddObject(CNetworkView* view, std::unique_ptr<CDrawObj> object)
+{
+    view->CloseCurrentAction();
+    auto* action = new CAddAction(view, 61450, std::move(object));
+    view->SetCurrentAction(action);
+    action->Do();
+    return action;
 }
 
 void CDrawTool::OnLButtonDown(CNetworkView* view, unsigned flags, CPoint point)

@@ -3,8 +3,11 @@
 #include "platform/CPoint.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
+class CAddAction;
+class CDrawObj;
 class CNetworkView;
 
 // The number of the current tool: 12 selection, 13 zoom, 11 text, 14 clip art, 0 to 10 the
@@ -57,6 +60,13 @@ public:
     // Ctrl with an arrow key: nothing, in every tool.
     virtual void OnKeyUp(CNetworkView*, int) {}
     virtual void OnCancel();
+
+    // The start of a creation tool's press: no drag running, the base press, and the point in
+    // label units.
+    CPoint BeginCreation(CNetworkView* view, unsigned flags, CPoint point);
+    // Adds a new object as one step of the history: the open step closed, the new one begun
+    // and done, and left open for the caller to close.
+    static CAddAction* AddObject(CNetworkView* view, std::unique_ptr<CDrawObj> object);
 
     // The first tool with the number, or null. Tools are made on first use, in their order.
     static CDrawTool* FindTool(int number);

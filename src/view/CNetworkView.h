@@ -98,6 +98,8 @@ private:
     unsigned MouseFlags(const QMouseEvent* event);
     // Closes a running arrow-key move, as any press in the view does.
     void CloseArrowMove();
+    // The head of the selection one step or all the way toward the top or the bottom.
+    void MoveInZOrder(bool forward, bool jump);
     void ShowContextMenu(const QPoint& globalPos, CPoint client);
 
     CDrawDoc* m_pDrawDoc;

@@ -107,62 +107,46 @@ bool CNetworkView::CanMoveForward() const
 
 // All four move the first selected object only. A step at the edge is silent, a jump to
 // where the object already is says so: kept as users know it.
-void CNetworkView::MoveBackward()
+void CNetworkView::MoveInZOrder(bool forward, bool jump)
 {
     if (m_selection.empty())
         return;
     CDrawObj* object = m_selection.front();
     CloseCurrentAction();
-    if (m_pDrawDoc->GetObjects().Find(object) == 0)
+    const CDrawObjList& list = m_pDrawDoc->GetObjects();
+    if (list.Find(object) == (forward ? list.GetCount() - 1 : 0)) {
+        if (jump) {
+            MessageBox::Show(forward ? QStringLiteral("Cannot move forward, because it is already the first one!")
+                                     : QStringLiteral("Cannot move backward, because it is already the last one!"));
+        }
         return;
-    auto* action = new CMoveOneStepAction(this, MovePositionLabel, 0, object);
+    }
+    const int direction = forward ? 1 : 0;
+    CAction* action = jump ? static_cast<CAction*>(new CMoveStepsAction(this, MovePositionLabel, direction,
+                                                                        m_pDrawDoc->ObjectAfter(object), object))
+                           : new CMoveOneStepAction(this, MovePositionLabel, direction, object);
     SetCurrentAction(action);
     action->Do();
+}
+
+void CNetworkView::MoveBackward()
+{
+    MoveInZOrder(false, false);
 }
 
 void CNetworkView::MoveForward()
 {
-    if (m_selection.empty())
-        return;
-    CDrawObj* object = m_selection.front();
-    CloseCurrentAction();
-    const CDrawObjList& list = m_pDrawDoc->GetObjects();
-    if (list.Find(object) == list.GetCount() - 1)
-        return;
-    auto* action = new CMoveOneStepAction(this, MovePositionLabel, 1, object);
-    SetCurrentAction(action);
-    action->Do();
+    MoveInZOrder(true, false);
 }
 
 void CNetworkView::MoveToBack()
 {
-    if (m_selection.empty())
-        return;
-    CDrawObj* object = m_selection.front();
-    CloseCurrentAction();
-    if (m_pDrawDoc->GetObjects().Find(object) == 0) {
-        MessageBox::Show(QStringLiteral("Cannot move backward, because it is already the last one!"));
-        return;
-    }
-    auto* action = new CMoveStepsAction(this, MovePositionLabel, 0, m_pDrawDoc->ObjectAfter(object), object);
-    SetCurrentAction(action);
-    action->Do();
+    MoveInZOrder(false, true);
 }
 
 void CNetworkView::MoveToFront()
 {
-    if (m_selection.empty())
-        return;
-    CDrawObj* object = m_selection.front();
-    CloseCurrentAction();
-    const CDrawObjList& list = m_pDrawDoc->GetObjects();
-    if (list.Find(object) == list.GetCount() - 1) {
-        MessageBox::Show(QStringLiteral("Cannot move forward, because it is already the first one!"));
-        return;
-    }
-    auto* action = new CMoveStepsAction(this, MovePositionLabel, 1, m_pDrawDoc->ObjectAfter(object), object);
-    SetCurrentAction(action);
-    action->Do();
+    MoveInZOrder(true, true);
 }
 
 // ---------------------------------------------------------------- tools and buttons

@@ -24,11 +24,8 @@ void CPolyTool::OnLButtonDown(CNetworkView* view, unsigned flags, CPoint point)
         auto object = std::make_unique<CDrawPoly>(CRect(logical.x, logical.y, logical.x, logical.y));
         object->m_polyKind = m_polyKind;
         m_pDrawObj = object.get();
-        view->CloseCurrentAction();
         // Left open while the gesture lasts; the ending closes it.
-        auto* action = new CAddAction(view, 61450, std::move(object));
-        view->SetCurrentAction(action);
-        action->Do();
+        AddObject(view, std::move(object));
         m_pDrawObj->AddPoint(logical, view);
     } else {
         m_pDrawObj->AddPoint(logical, nullptr);

@@ -8,21 +8,11 @@
 
 #include <cstdlib>
 
-namespace {
-
-constexpr std::uint32_t AddLabel = 61450;
-
-} // namespace
-
 CRectTool::CRectTool(int drawShape) : CDrawTool(drawShape) {}
 
 void CRectTool::OnLButtonDown(CNetworkView* view, unsigned flags, CPoint point)
 {
-    selectMode = None;
-    nDragHandle = 0;
-    CDrawTool::OnLButtonDown(view, flags, point);
-    CPoint logical = point;
-    view->ClientToDoc(logical);
+    const CPoint logical = BeginCreation(view, flags, point);
     if (m_drawShape == ClipArt) {
         OnClipArt(view, logical);
         return;
@@ -42,11 +32,7 @@ void CRectTool::CreateShape(CNetworkView* view)
         object->m_shape |= CDrawRect::AspectLock;
         object->m_aspect = 1.0;
     }
-    view->CloseCurrentAction();
-    auto* action = new CAddAction(view, AddLabel, std::move(object));
-    view->SetCurrentAction(action);
-    action->Do();
-    action->Done();
+    AddObject(view, std::move(object))->Done();
     selectMode = Size;
     nDragHandle = 5;
     lastPoint = m_pressLogical;
@@ -95,11 +81,7 @@ void CRectTool::OnClipArt(CNetworkView* view, CPoint logical)
     object->m_flags &= ~1;
     object->FitToPicture();
     CDrawRect* added = object.get();
-    view->CloseCurrentAction();
-    auto* action = new CAddAction(view, AddLabel, std::move(object));
-    view->SetCurrentAction(action);
-    action->Do();
-    action->Done();
+    AddObject(view, std::move(object))->Done();
     view->InvalidateObject(added);
     g_currentTool = Selection;
 }

@@ -11,11 +11,7 @@ CTextTool::CTextTool() : CDrawTool(Text) {}
 
 void CTextTool::OnLButtonDown(CNetworkView* view, unsigned flags, CPoint point)
 {
-    selectMode = None;
-    nDragHandle = 0;
-    CDrawTool::OnLButtonDown(view, flags, point);
-    CPoint logical = point;
-    view->ClientToDoc(logical);
+    const CPoint logical = BeginCreation(view, flags, point);
 
     const double diameter = view->GetDocument()->GetOuterDia() * 300;
     CRect position(logical.x, logical.y, logical.x + 1, logical.y + 1);
@@ -24,11 +20,7 @@ void CTextTool::OnLButtonDown(CNetworkView* view, unsigned flags, CPoint point)
         const int half = int(diameter / 2);
         position = CRect(-half, half, half, -half);
     }
-    view->CloseCurrentAction();
-    auto* action = new CAddAction(view, 61450, std::make_unique<CDrawText>(position));
-    view->SetCurrentAction(action);
-    action->Do();
-    action->Done();
+    AddObject(view, std::make_unique<CDrawText>(position))->Done();
 }
 
 void CTextTool::OnLButtonUp(CNetworkView* view, unsigned flags, CPoint point)
