@@ -21,6 +21,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLineF>
 #include <algorithm>
 #include <climits>
 #include <cmath>
@@ -58,6 +59,29 @@ int patternPhase(double device)
 {
     const int phase = int(std::fmod(std::round(device), 8.0));
     return phase < 0 ? phase + 8 : phase;
+}
+
+// What the graphics can still paint, in world units, grown by two device pixels: antialiased
+// edges and smoothed pictures reach past their geometry into the next pixel. Null when nothing
+// tells.
+QRectF reachedArea(const gfx::Graphics& graphics)
+{
+    const QRectF visible = graphics.GetVisibleClipBounds();
+    if (visible.isNull())
+        return {};
+    QPointF steps[3] = {QPointF(0, 0), QPointF(2, 0), QPointF(0, 2)};
+    graphics.TransformPoints(gfx::CoordinateSpace::World, gfx::CoordinateSpace::Device, steps, 3);
+    const double margin = std::max(QLineF(steps[0], steps[1]).length(), QLineF(steps[0], steps[2]).length());
+    return visible.adjusted(-margin, -margin, margin, margin);
+}
+
+// Whether a rectangle in label units, edges included, meets the area; in doubles, as a damaged
+// file's rectangle may span more than an int.
+bool overlaps(const CRect& r, const QRectF& area)
+{
+    const double left = std::min(r.left, r.right), right = std::max(r.left, r.right);
+    const double bottom = std::min(r.top, r.bottom), top = std::max(r.top, r.bottom);
+    return left <= area.right() && right >= area.left() && bottom <= area.bottom() && top >= area.top();
 }
 
 // The undo history's only way to the modified flag: undoing back to the saved state clears it.
@@ -513,8 +537,18 @@ void CDrawDoc::DrawLabel(gfx::Graphics& graphics, int cx, int cy, CView* view, i
 {
     DrawBackground(graphics, cx, cy, label);
     if (withObjects) {
-        for (const auto& object : GetObjects(label))
+        // A repaint of a part of the window leaves out the objects that can't reach it.
+        QRectF reached = reachedArea(graphics);
+        for (const auto& object : GetObjects(label)) {
+            if (object->DrawsOnlyWithinBounds()) {
+                if (reached.isNull() || overlaps(object->GetDrawBounds(object->GetRect().Normalized()), reached))
+                    object->Draw(graphics, cx, cy, view);
+                continue;
+            }
             object->Draw(graphics, cx, cy, view);
+            // A metafile leaves the world mirrored for the objects after it.
+            reached = reachedArea(graphics);
+        }
     }
     if (withObjects && view) {
         if (view->IsActive()) {

@@ -186,6 +186,11 @@ CRect CDrawObj::GetDrawBounds(CRect rect) const
     return rect;
 }
 
+bool CDrawObj::DrawsOnlyWithinBounds() const
+{
+    return m_pictureFile.isEmpty() && m_fillKind != 2;
+}
+
 void CDrawObj::SetTextColor(gfx::COLORREF) {}
 
 void CDrawObj::SetArrow(int which, int type)

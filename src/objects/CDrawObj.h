@@ -54,6 +54,11 @@ public:
     CRect GetRect() const { return m_position; }
     // The rectangle grown by everything that can paint outside it.
     virtual CRect GetDrawBounds(CRect rect) const;
+    // Whether a Draw changes nothing but pixels within GetDrawBounds, so that a repaint of a part
+    // of the label it can't reach may leave it out. Not so for an object with a picture: a
+    // metafile's mirror stays in force for the objects drawn after it, and a tiled picture's
+    // offset adds up from one Draw to the next.
+    virtual bool DrawsOnlyWithinBounds() const;
     virtual void SetTextColor(gfx::COLORREF color);
     virtual void SetArrow(int which, int type);
     virtual void CopyProperties(const CDrawObj& source);

@@ -58,6 +58,8 @@ public:
     void Serialize(CArchive& ar) override;
     std::unique_ptr<CDrawObj> Clone() const override;
     CRect GetDrawBounds(CRect rect) const override;
+    // A text paints its own outline only, whatever the picture fields hold.
+    bool DrawsOnlyWithinBounds() const override { return true; }
     void SetTextColor(gfx::COLORREF color) override;
     // Copies the rectangle too, and lays the text out again.
     void CopyProperties(const CDrawObj& source) override;

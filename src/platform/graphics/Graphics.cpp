@@ -488,6 +488,33 @@ Region Graphics::GetClip() const
     return clip;
 }
 
+QRectF Graphics::GetVisibleClipBounds() const
+{
+    if (!active())
+        return {};
+    QRectF box = deviceRect();
+    for (const QPainterPath& part : m_clip.Parts())
+        box &= part.boundingRect();
+    if (m_hasDeviceClip)
+        box &= m_deviceClip.boundingRect();
+    // A window's paint event limits the engine to the region being repainted, in the pixels of
+    // the window's backing store; the painter's own mapping beyond its world transform (the
+    // widget's place in the window, the screen's pixel ratio) leads there.
+    const QRegion system = m_painter->paintEngine() ? m_painter->paintEngine()->systemClip() : QRegion();
+    if (!system.isEmpty()) {
+        bool invertible = false;
+        const QTransform toPainter =
+            (m_painter->worldTransform().inverted() * m_painter->deviceTransform()).inverted(&invertible);
+        if (invertible)
+            box &= toPainter.mapRect(QRectF(system.boundingRect()));
+    }
+    if (box.isEmpty())
+        return {};
+    bool invertible = false;
+    const QTransform toWorld = deviceTransform().inverted(&invertible);
+    return invertible ? toWorld.mapRect(box) : QRectF();
+}
+
 GraphicsState Graphics::Save()
 {
     const GraphicsState token = m_nextToken++;

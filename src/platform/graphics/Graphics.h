@@ -68,6 +68,10 @@ public:
     void ResetClip();
     // The clip in current world coordinates; infinite when there is none.
     Region GetClip() const;
+    // A rectangle in current world coordinates outside which nothing drawn can show: the
+    // device's extent cut by the clip, by a clip the device's painter came with and by the part
+    // of a window being repainted. Empty when the painter isn't drawing.
+    QRectF GetVisibleClipBounds() const;
 
     GraphicsState Save();
     // Pops the state saved under the token and every state saved after it.
