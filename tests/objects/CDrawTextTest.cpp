@@ -363,7 +363,7 @@ TEST_F(CDrawTextTest, AKeptBlurIsComposedAgainAfterEveryChangeAndOnlyMovedByAMov
         {"edge colour written as an undo does", [&] { text->m_edgeColor = gfx::Color(255, 0, 200, 0); }},
         {"shadow transparency written", [&] { text->m_shadowTransparency = 60; }},
         {"effects set", [&] { text->SetEffects(text->m_edgeColor, CDrawText::Glowing, 9, 90, 10, 1, 10, -8, 40, 20); }},
-        {"text set, as wide", [&] { text->SetTextProperties(QStringLiteral("woGl"), 0, 1, gfx::Color(), 0, 80, 0, 0); }},
+        {"text set, as wide", [&] { text->SetTextProperties(QStringLiteral("woGl"), 0, 1, {}, 0, 80, 0, 0); }},
         {"font set", [&] { text->SetFont(QStringLiteral("Liberation Serif"), 14, 0); }},
         {"moved", [&] { text->MoveTo(CRect(-50, 60, 110, 0), nullptr); }},
         {"offset", [&] { text->Offset(-37, -21); }},
