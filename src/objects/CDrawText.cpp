@@ -494,8 +494,6 @@ void CDrawText::Draw(gfx::Graphics& graphics, int cx, int, CView*)
     // and reports a bad one, whenever the text is drawn.
     if (!m_text.isEmpty())
         ExpandTags(m_text);
-    const gfx::Font font = MakeFont(cx);
-    const float fh = font.GetHeight(graphics);
     const gfx::SolidBrush textBrush(withTransparency(m_textColor, m_textTransparency));
     const QRectF r = normalisedF(m_position);
 
@@ -525,6 +523,9 @@ void CDrawText::Draw(gfx::Graphics& graphics, int cx, int, CView*)
         const gfx::SolidBrush edgeBrush(edge);
         const gfx::SolidBrush dark(gfx::Color(edge.GetA(), edge.GetR() / 2, edge.GetG() / 2, edge.GetB() / 2));
         const bool embossed = m_textStyle == Embossed;
+        // Making the font asks the font configuration for its face, on every draw: only these
+        // styles need its height.
+        const float fh = MakeFont(cx).GetHeight(graphics);
         graphics.FillPath(embossed ? edgeBrush : dark, path);
         path.Transform(gfx::Matrix(1, 0, 0, 1, fh / 32, fh / 32));
         graphics.FillPath(embossed ? dark : edgeBrush, path);
