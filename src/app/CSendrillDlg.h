@@ -17,6 +17,8 @@
 
 class CDrawDoc;
 class CImageButton;
+class CPaperAction;
+struct LabelBackground;
 class CNetworkView;
 class CSendrillApp;
 class QAction;
@@ -64,6 +66,14 @@ public:
     void OpenFromOutside(const QString& path);
     // The recent projects, newest first, as the profile keeps them.
     static QStringList RecentFiles();
+
+    // The background operations of the panels, each a step of the history
+    // (CSendrillDlg_Background.cpp): a choice of the background picker; a picture from the
+    // Backgrounds folder, placed whole and unscaled; the hand adjustment, which stays open
+    // until the next press anywhere in the window.
+    void OnBackgroundChosen(const LabelBackground& choice);
+    void OnSelectBackground();
+    void OnAdjustBackground();
     // What the command line asked for, once the initialisation has parsed it.
     CommandLine::Dispatch StartMode() const { return m_dispatch; }
 
@@ -115,6 +125,8 @@ private:
     void OnUnits(int units);
     void OnEditUndo();
     void OnEditRedo();
+
+    CPaperAction* BeginBackgroundChange();
 
     // The file commands (CSendrillDlg_File.cpp).
     void OnFileNew();

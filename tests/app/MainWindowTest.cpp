@@ -7,6 +7,7 @@
 #include "document/CDrawDoc.h"
 #include "objects/CDrawRect.h"
 #include "objects/CDrawText.h"
+#include "document/LabelBackground.h"
 #include "platform/Folders.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
@@ -19,7 +20,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QProcess>
@@ -331,6 +334,63 @@ TEST_F(MainWindow, SaveAsImageWritesWhatTheCommandLineToolRenders)
     answerFileDialog(folder.path() + QStringLiteral("/label.xyz"));
     dlg->OnCommand(FileSaveImage);
     EXPECT_FALSE(QFile::exists(folder.path() + QStringLiteral("/label.xyz")));
+}
+
+TEST_F(MainWindow, BackgroundChangesAreStepsOfTheHistory)
+{
+    const QString picture = Folders::InstallDirectory() + QStringLiteral("Backgrounds/") +
+                            QDir(Folders::InstallDirectory() + QStringLiteral("Backgrounds")).entryList(QDir::Files).value(0);
+    answerFileDialog(picture);
+    dlg->OnSelectBackground();
+    EXPECT_EQ(doc().GetImageFile(), picture);
+    EXPECT_EQ(doc().GetFitMode(), 1);
+
+    LabelBackground hatch;
+    hatch.HatchStyle = 5;
+    hatch.BackColor = 0x0000FF;
+    hatch.BackColor2 = 0x00FF00;
+    dlg->OnBackgroundChosen(hatch);
+    EXPECT_EQ(doc().GetHatchStyle(), 5);
+    EXPECT_EQ(doc().GetImageFile(), QString());
+    dlg->OnCommand(EditUndo);
+    EXPECT_EQ(doc().GetImageFile(), picture);
+
+    // The adjustment stays open until a press anywhere ends it as one step.
+    dlg->OnAdjustBackground();
+    doc().SetBackgroundAdjust(30, -20, 1.5);
+    QTest::mouseClick(dlg->ToolButton(ToolSelection), Qt::LeftButton);
+    int x = 0, y = 0;
+    double scale = 0;
+    dlg->OnCommand(EditUndo);
+    doc().GetBackgroundAdjust(x, y, scale);
+    EXPECT_EQ(x, 0);
+    EXPECT_EQ(scale, 1.0);
+}
+
+TEST_F(MainWindow, FilesThatAreNoProjectsAreRefusedWithoutHarm)
+{
+    addRect();
+    const QString big = folder.path() + QStringLiteral("/big.dst");
+    {
+        QFile file(big);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_TRUE(file.resize(200ll * 1024 * 1024));
+    }
+    // A file of 200 MB that is no project, through the Open dialog.
+    answerFileDialog(big);
+    dlg->OnCommand(FileOpen);
+    EXPECT_FALSE(questions.isEmpty());
+    EXPECT_TRUE(doc().GetObjects().IsEmpty());
+    EXPECT_EQ(dlg->ProjectPath(), big);
+    // A folder whose name looks like a project, from outside.
+    addRect();
+    questions.clear();
+    const QString directory = folder.path() + QStringLiteral("/folder.dst");
+    ASSERT_TRUE(QDir().mkpath(directory));
+    dlg->OpenFromOutside(directory);
+    EXPECT_FALSE(questions.isEmpty());
+    EXPECT_TRUE(doc().GetObjects().IsEmpty());
+    EXPECT_EQ(QFileInfo(big).size(), 200ll * 1024 * 1024);
 }
 
 } // namespace
