@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 #include <cstdlib>
 
-void FuzzSetUp(int argc, char** argv, bool yes)
+void FuzzEnvironment()
 {
     // Lives as long as the process; the fuzzer ends it with exit, after which nothing is read.
     static QTemporaryDir home(QDir::tempPath() + QStringLiteral("/tessarelle-fuzz-XXXXXX"));
@@ -18,11 +18,18 @@ void FuzzSetUp(int argc, char** argv, bool yes)
     setenv("XDG_DATA_HOME", (base + "/data").constData(), 1);
     setenv("HOME", (base + "/home").constData(), 1);
     setenv("XDG_RUNTIME_DIR", base.constData(), 1); // private to the user, as Qt wants it
+}
+
+void FuzzSetUp(int argc, char** argv, bool yes)
+{
+    FuzzEnvironment();
 
     // Text objects lay out their glyphs while they are read, which needs the font database.
-    static int appArgc = 1;
-    static char* appArgv[] = {argc > 0 ? argv[0] : const_cast<char*>("fuzz"), nullptr};
-    static QGuiApplication app(appArgc, appArgv);
+    if (!QCoreApplication::instance()) {
+        static int appArgc = 1;
+        static char* appArgv[] = {argc > 0 ? argv[0] : const_cast<char*>("fuzz"), nullptr};
+        static QGuiApplication app(appArgc, appArgv);
+    }
 
     // Qt's own warnings (a file name with a NUL in it, say) would flood the output as well.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
