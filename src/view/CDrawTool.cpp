@@ -75,6 +75,13 @@ CAddAction* CDrawTool::AddObject(CNetworkView* view, std::unique_ptr<CDrawObj> o
     return action;
 }
 
+void CDrawTool::ObjectRemoved(CNetworkView* view, CDrawObj* object)
+{
+    FindTool(Selection); // makes the tools
+    for (CDrawTool* tool : Tools())
+        tool->OnObjectRemoved(view, object);
+}
+
 void CDrawTool::OnLButtonDown(CNetworkView* view, unsigned flags, CPoint point)
 {
     view->SetCapture();

@@ -60,6 +60,9 @@ public:
     // Ctrl with an arrow key: nothing, in every tool.
     virtual void OnKeyUp(CNetworkView*, int) {}
     virtual void OnCancel();
+    // An object left the document (an undo took it away); a tool that works on it lets go.
+    virtual void OnObjectRemoved(CNetworkView*, CDrawObj*) {}
+    static void ObjectRemoved(CNetworkView* view, CDrawObj* object);
 
     // The start of a creation tool's press: no drag running, the base press, and the point in
     // label units.

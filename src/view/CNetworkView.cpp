@@ -54,6 +54,12 @@ int CNetworkView::ScreenResolution() const
     return logicalDpiX();
 }
 
+void CNetworkView::Remove(CDrawObj* object)
+{
+    CView::Remove(object);
+    CDrawTool::ObjectRemoved(this, object);
+}
+
 void CNetworkView::SetViewFocus()
 {
     setFocus();

@@ -28,6 +28,7 @@ public:
     void OnUpdate(CView* sender, int hint, CDrawObj* object) override;
     bool IsActive() const override { return m_bActive; }
     void InvalidateObject(CDrawObj* object) override;
+    void Remove(CDrawObj* object) override;
     void SetViewFocus() override;
     Qt::KeyboardModifiers Modifiers() const override { return m_modifiers; }
     int ScreenResolution() const override;

@@ -75,6 +75,14 @@ void CPolyTool::OnCancel()
     CDrawTool::OnCancel();
 }
 
+void CPolyTool::OnObjectRemoved(CNetworkView* view, CDrawObj* object)
+{
+    if (m_pDrawObj != object)
+        return;
+    m_pDrawObj = nullptr;
+    view->ReleaseCapture();
+}
+
 void CPolyTool::DropLastVertex(CNetworkView* view)
 {
     std::vector<CPoint> points = m_pDrawObj->GetPoints();

@@ -27,6 +27,8 @@ public:
     void OnLButtonDblClk(CNetworkView* view, unsigned flags, CPoint point) override;
     void OnRButtonDown(CNetworkView* view, unsigned flags, CPoint point) override;
     void OnCancel() override;
+    // The gesture ends when its object leaves the document.
+    void OnObjectRemoved(CNetworkView* view, CDrawObj* object) override;
 
     // A drag lays a vertex when it is further than this from the last one, in logical units.
     static constexpr double VertexSpacing = 20.0;
