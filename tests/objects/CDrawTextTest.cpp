@@ -316,8 +316,6 @@ TEST_F(CDrawTextTest, BadInputEndsSafely)
     EXPECT_FALSE(missing->m_textPath.IsEmpty());
     EXPECT_EQ(missing->m_textPath.GetPathPoints(), generic->m_textPath.GetPathPoints());
 
-    QElapsedTimer clock;
-    clock.start();
     // 1500 points would need a 60-million-pixel shadow; the shadow is left out instead.
     for (int size : {0, 10000, -5, 1500}) {
         for (int kind : {CDrawText::Straight, CDrawText::CurvedCW, CDrawText::SpiralCCW}) {
@@ -342,7 +340,6 @@ TEST_F(CDrawTextTest, BadInputEndsSafely)
     tiny->Layout();
     EXPECT_FALSE(tiny->m_textPath.IsEmpty());
     drawn(*tiny, 100);
-    EXPECT_LT(clock.elapsed(), 20000);
 }
 
 TEST_F(CDrawTextTest, AKeptBlurIsComposedAgainAfterEveryChangeAndOnlyMovedByAMove)
