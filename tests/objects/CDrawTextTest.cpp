@@ -4,7 +4,6 @@
 #include "platform/HandleImages.h"
 #include "platform/graphics/Font.h"
 
-#include <QElapsedTimer>
 #include <cmath>
 #include <functional>
 
