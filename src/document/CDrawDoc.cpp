@@ -139,6 +139,18 @@ const CTemplateFile* CDrawDoc::GetTemplateFile(int index)
     return &(*m_pTemplates)[size_t(index)];
 }
 
+bool CDrawDoc::ToggleAreaSelected(int templateIndex, int objectIndex)
+{
+    if (!m_pEditableTemplates || templateIndex < 0 || templateIndex >= GetTemplateCount())
+        return false;
+    std::vector<CTemplateObject>& objects = (*m_pEditableTemplates)[size_t(templateIndex)].Objects;
+    if (objectIndex < 0 || objectIndex >= int(objects.size()))
+        return false;
+    CTemplateObject& object = objects[size_t(objectIndex)];
+    object.Selected = object.Selected ? 0 : 1;
+    return true;
+}
+
 int CDrawDoc::GetObjectCount()
 {
     const CTemplateFile* file = GetTemplateFile();

@@ -38,7 +38,17 @@ public:
 
     // Templates. The list belongs to the main window; the selected index lives in the
     // printer's profile section. An index out of the list gives no template (null).
-    void SetTemplates(const std::vector<CTemplateFile>* templates) { m_pTemplates = templates; }
+    void SetTemplates(const std::vector<CTemplateFile>* templates)
+    {
+        m_pTemplates = templates;
+        m_pEditableTemplates = nullptr;
+    }
+    // The main window's own list, whose sheet areas the user switches on and off for printing.
+    void SetTemplates(std::vector<CTemplateFile>* templates)
+    {
+        m_pTemplates = templates;
+        m_pEditableTemplates = templates;
+    }
     int GetTemplateCount() const;
     int GetTemplate();
     void SetTemplate(int index);
@@ -48,6 +58,9 @@ public:
     bool IsPrinterTemplate();
     int FindLabelObject(int label = -1);
     int FindClosestObject();
+    // Switches an area of a template in or out of printing (its Selected flag). False when the
+    // list was given read-only or the area does not exist.
+    bool ToggleAreaSelected(int templateIndex, int objectIndex);
 
     // Sizes: logical units from units per inch, diameters and bleed in inches.
     CSize GetLogicalSize(int cx, int cy, int objectIndex);
@@ -158,5 +171,6 @@ private:
     QString m_strBackImage;
 
     const std::vector<CTemplateFile>* m_pTemplates = nullptr;
+    std::vector<CTemplateFile>* m_pEditableTemplates = nullptr;
     CPrinterSettings m_Printer;
 };
