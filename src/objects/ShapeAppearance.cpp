@@ -1,7 +1,7 @@
 #include "objects/ShapeAppearance.h"
 
 #include "objects/CDrawObj.h"
-#include "platform/graphics/CustomLineCap.h"
+#include "platform/graphics/ArrowHeads.h"
 #include "platform/graphics/Graphics.h"
 #include "platform/graphics/GraphicsPath.h"
 #include "platform/graphics/Image.h"
@@ -10,21 +10,11 @@
 #include "platform/graphics/TextureBrush.h"
 
 #include <QPointF>
-#include <cmath>
 
 namespace {
 
 // Gamma correction of gradient fills. One switch for the whole program, and nothing turns it on.
 bool g_gradientGammaCorrection = false;
-
-// Arrow codes with a meaning of their own beside the cap shapes.
-constexpr int NoArrow = 16;
-constexpr int NoArrowAlias = 255;
-constexpr int OpenArrow = 241;
-constexpr int StealthArrow = 242;
-
-// The arrow picker's entries, by index.
-constexpr int PickerCodes[] = {NoArrow, 20, OpenArrow, StealthArrow, 19, 18};
 
 gfx::Color withAlpha(gfx::Color color, int alpha)
 {
@@ -217,42 +207,6 @@ bool ShapeAppearance::DrawPicture(gfx::Graphics& graphics, const gfx::GraphicsPa
     return false;
 }
 
-gfx::GraphicsPath ShapeAppearance::ArrowPath(int code)
-{
-    gfx::GraphicsPath path;
-    switch (code) {
-    case 17:
-        path.AddRectangle(QRectF(-1, -1, 2, 2));
-        break;
-    case 18:
-        path.AddEllipse(QRectF(-1, -1, 2, 2));
-        break;
-    case 19: {
-        const QPointF diamond[] = {{-2, 0}, {0, -1}, {2, 0}, {0, 1}};
-        path.AddPolygon(diamond, 4);
-        break;
-    }
-    case 20: {
-        const QPointF arrow[] = {{-1, -1}, {1, 0}, {-1, 1}};
-        path.AddPolygon(arrow, 3);
-        break;
-    }
-    case OpenArrow: {
-        const QPointF open[] = {{-2, -2}, {2, 0}, {-2, 2}, {2, 0}};
-        path.AddPolygon(open, 4);
-        break;
-    }
-    case StealthArrow: {
-        const QPointF stealth[] = {{-1, 0}, {-2, 2}, {2, 0}, {-2, -2}};
-        path.AddPolygon(stealth, 4);
-        break;
-    }
-    default:
-        break;
-    }
-    return path;
-}
-
 void ShapeAppearance::ApplyArrowCaps(const CDrawObj& object, gfx::Pen& pen, int selector)
 {
     if (selector >= 3 || selector < 0) {
@@ -260,63 +214,9 @@ void ShapeAppearance::ApplyArrowCaps(const CDrawObj& object, gfx::Pen& pen, int 
         pen.SetEndCap(gfx::LineCap::NoAnchor);
         return;
     }
-    gfx::Matrix turn;
-    turn.Rotate(90);
-
-    // The insets differ between the ends on purpose: an Open head at the start lengthens the
-    // line at the other end, and a start never gets a negative inset.
-    float startInset = 0;
-    float endInset = 0;
-
-    const int startCode = selector == 2 ? NoArrow : object.m_startArrow;
-    const int endCode = selector == 1 ? NoArrow : object.m_endArrow;
-
-    // Makes the cap of one end, or answers false when that end has none.
-    auto makeCap = [&turn](int code, int size, int lineWidth, float inset) -> std::optional<gfx::CustomLineCap> {
-        gfx::GraphicsPath path = ArrowPath(code);
-        if (code == NoArrow || code == NoArrowAlias)
-            return std::nullopt;
-        const float scale = float(size) / float(lineWidth);
-        // A zero-width line would give an infinitely large head; it gets none.
-        if (!std::isfinite(scale))
-            return std::nullopt;
-        path.Transform(turn);
-        const bool stroked = code == OpenArrow;
-        gfx::CustomLineCap cap(stroked ? nullptr : &path, stroked ? &path : nullptr, gfx::LineCap::Flat, 0);
-        cap.SetWidthScale(scale);
-        cap.SetBaseInset(inset);
-        return cap;
-    };
-
-    if (startCode == StealthArrow)
-        startInset = 1;
-    else if (startCode == OpenArrow)
-        endInset = -1;
-    if (auto cap = makeCap(startCode, object.m_startArrowSize, object.m_lineWidth, startInset))
-        pen.SetCustomStartCap(*cap);
-    else
-        pen.SetStartCap(gfx::LineCap::NoAnchor);
-
-    if (endCode == OpenArrow)
-        endInset = -1;
-    else if (endCode == StealthArrow)
-        endInset = 1;
-    if (auto cap = makeCap(endCode, object.m_endArrowSize, object.m_lineWidth, endInset))
-        pen.SetCustomEndCap(*cap);
-    else
-        pen.SetEndCap(gfx::LineCap::NoAnchor);
-}
-
-int ShapeAppearance::ArrowPickerIndex(int code)
-{
-    for (int index = 0; index < int(std::size(PickerCodes)); ++index) {
-        if (PickerCodes[index] == code)
-            return index;
-    }
-    return 0;
-}
-
-int ShapeAppearance::ArrowCodeAt(int pickerIndex)
-{
-    return pickerIndex >= 0 && pickerIndex < int(std::size(PickerCodes)) ? PickerCodes[pickerIndex] : NoArrow;
+    // The end that isn't selected is taken as having no head.
+    const int startCode = selector == 2 ? gfx::ArrowHeads::NoArrow : object.m_startArrow;
+    const int endCode = selector == 1 ? gfx::ArrowHeads::NoArrow : object.m_endArrow;
+    gfx::ArrowHeads::SetCaps(pen, startCode, object.m_startArrowSize, endCode, object.m_endArrowSize,
+                             object.m_lineWidth);
 }

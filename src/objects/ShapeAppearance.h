@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CRect.h"
+#include "platform/graphics/ArrowHeads.h"
 #include "platform/graphics/HatchBrush.h"
 #include "platform/graphics/LinearGradientBrush.h"
 #include "platform/graphics/PathGradientBrush.h"
@@ -109,12 +110,10 @@ public:
     // Arrow heads of a line object. selector: 0 both ends, 1 start only, 2 end only, 3 or more
     // neither (both ends then get NoAnchor and nothing else happens).
     static void ApplyArrowCaps(const CDrawObj& object, gfx::Pen& pen, int selector);
-    // The cap outline of an arrow code in cap units, before the cap's 90 degree turn; empty for
-    // codes without one.
-    static gfx::GraphicsPath ArrowPath(int code);
-    // The arrow picker's index for a code (0 for codes it doesn't offer), and the reverse.
-    static int ArrowPickerIndex(int code);
-    static int ArrowCodeAt(int pickerIndex);
+    // The arrow picker's index for a code (0 for codes it doesn't offer), and the reverse; the
+    // heads themselves are gfx::ArrowHeads, which the picker draws too.
+    static int ArrowPickerIndex(int code) { return gfx::ArrowHeads::PickerIndex(code); }
+    static int ArrowCodeAt(int pickerIndex) { return gfx::ArrowHeads::CodeAt(pickerIndex); }
 
 private:
     // The picture cache, kept between draws.
