@@ -1,0 +1,3 @@
+#include "dialogs/CFillPage.h"
+
+CFillPage::CFillPage(QWidget* parent) : QWidget(parent) {}
