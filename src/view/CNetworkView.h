@@ -6,14 +6,15 @@
 
 #include <QCursor>
 #include <QRect>
+#include <functional>
 
 class CDrawTool;
 
 // The one view on the label, the canvas of the main window. It holds the selection, hands
 // mouse and arrow-key input to the current tool, paints the label through the document's one
 // drawing path, and carries the edit commands: delete, cut, copy, paste, clone, select all,
-// the four z-order moves and the context menu. Every change it makes goes through an undo
-// action.
+// the four z-order moves, the three fill commands and the context menu. Every change it makes
+// goes through an undo action.
 class CNetworkView : public CZoomView, public CView {
     Q_OBJECT
 
@@ -68,6 +69,14 @@ public:
     bool CanMoveForward() const;
     static bool CanPaste();
 
+    // ---- fill commands of the context menu, each one step of the history over the selection.
+    // A picture from the Clip Art folder, centred and fitted.
+    void OnFillPicture();
+    // A hatch chosen in the pattern page, primed from the first selected object.
+    void OnFillPattern();
+    // A gradient chosen in the gradient page, primed from the first selected object.
+    void OnFillGradient();
+
     // ---- for the tools
     void SetCapture();
     void ReleaseCapture();
@@ -102,6 +111,11 @@ private:
     // The head of the selection one step or all the way toward the top or the bottom.
     void MoveInZOrder(bool forward, bool jump);
     void ShowContextMenu(const QPoint& globalPos, CPoint client);
+    // The picture of a fill command: the dialog of one object's own command, or the larger
+    // one for several objects. Empty when cancelled or refused.
+    QString AskFillPicture();
+    // One fill change of every selected object, as one step of the history.
+    void ChangeSelectedFills(const std::function<void(CDrawObj&)>& change);
 
     CDrawDoc* m_pDrawDoc;
     bool m_bActive = true;

@@ -205,11 +205,21 @@ void CNetworkView::contextMenuEvent(QContextMenuEvent* event)
     menu.addAction(QStringLiteral("Move &Forward"), this, &CNetworkView::MoveForward)->setEnabled(CanMoveForward());
     menu.addAction(QStringLiteral("Move to Bac&k"), this, &CNetworkView::MoveToBack)->setEnabled(CanMoveBackward());
     menu.addAction(QStringLiteral("&Move to Front"), this, &CNetworkView::MoveToFront)->setEnabled(CanMoveForward());
+    menu.addSeparator();
+    QAction* picture = menu.addAction(QStringLiteral("Select Fill &Image"), this, &CNetworkView::OnFillPicture);
+    QAction* pattern = menu.addAction(QStringLiteral("Select Fill P&attern"), this, &CNetworkView::OnFillPattern);
+    QAction* gradient = menu.addAction(QStringLiteral("Select Fill &Gradient"), this, &CNetworkView::OnFillGradient);
     paste->setEnabled(CanPaste());
     if (!object) {
         cut->setEnabled(false);
         copy->setEnabled(false);
         remove->setEnabled(false);
+    }
+    // A text draws with its own colours and effects, which the text panel sets.
+    if (!object || dynamic_cast<CDrawText*>(object)) {
+        picture->setEnabled(false);
+        pattern->setEnabled(false);
+        gradient->setEnabled(false);
     }
     menu.exec(event->globalPos());
 }

@@ -212,7 +212,8 @@ TEST_F(Canvas_Edit, RightClickOnAnUnselectedObjectMakesItTheOnlySelection)
     // Over another, it alone is selected; the bottom one can't go further back.
     const QString entries = rightClick(at(-300, 0));
     EXPECT_EQ(view->m_selection, CDrawObjPtrList{object(0)});
-    EXPECT_EQ(entries, QStringLiteral("Cu&t|&Copy|&Delete|Clo&ne|Move &Forward|&Move to Front|"));
+    EXPECT_EQ(entries, QStringLiteral("Cu&t|&Copy|&Delete|Clo&ne|Move &Forward|&Move to Front|"
+                                      "Select Fill &Image|Select Fill P&attern|Select Fill &Gradient|"));
     // Over empty space nothing that acts on the object under the mouse is offered.
     click(at(0, 0));
     view->OnEditCopy();
