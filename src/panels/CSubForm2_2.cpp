@@ -12,6 +12,7 @@
 #include "view/CNetworkView.h"
 
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -72,6 +73,7 @@ CSubForm2_2::CSubForm2_2(QWidget* parent)
         auto* button = new CSeekButton(QString(), this);
         SetControlId(button, seek.id);
         button->setIcon(style()->standardIcon(seek.picture));
+        button->setFixedWidth(button->sizeHint().height() * 3 / 2);
         button->Init(seek.value, seek.decrease, 1, -1000, 1000, SeekFirstDelay, SeekRepeatDelay);
         // The edit shows the value at once; its change moves the picture.
         connect(button, &CSeekButton::valueStepped, seek.edit, &CSeekEdit::SetValue);
@@ -114,7 +116,11 @@ CSubForm2_2::CSubForm2_2(QWidget* parent)
     scale->addWidget(m_pScaleSlider, 1, 0, 1, 3);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(position);
-    layout->addLayout(arrows);
+    auto* centred = new QHBoxLayout;
+    centred->addStretch();
+    centred->addLayout(arrows);
+    centred->addStretch();
+    layout->addLayout(centred);
     layout->addLayout(scale);
     layout->addStretch();
     layout->addWidget(finish);
