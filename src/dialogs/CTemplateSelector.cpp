@@ -45,7 +45,6 @@ CTemplateSelector::CTemplateSelector(QWidget* parent)
     setWindowTitle(QStringLiteral("Select Template"));
 
     m_pFilter = new QLineEdit(this);
-    m_pFilter->setClearButtonEnabled(true);
     m_pFilter->setPlaceholderText(QStringLiteral("Filter"));
     m_pFilter->setAccessibleName(QStringLiteral("Filter"));
     m_pFilter->setToolTip(QStringLiteral("Shows only the templates whose name holds every word typed here"));

@@ -219,12 +219,15 @@ TEST_F(SubFormTemplate, ChoosingASheetListsItsLabelsAndStartsOnTheFirst)
     EXPECT_EQ(doc->GetCurLabel(), 0);
     EXPECT_EQ(view->GetTotalLogicalSize().cx, 1381);
 
-    // A sheet whose areas all carry one label has one entry; a run of areas is one label.
+    // A run of areas of one label is one entry.
     selectTemplate(&sheet, QStringLiteral("Avery 5931"));
     EXPECT_EQ(entries(labels), (QStringList{QStringLiteral("Disc"), QStringLiteral("Spine")}));
     QTest::keyClick(labels, Qt::Key_Down);
     EXPECT_EQ(doc->GetCurLabel(), 1);
     EXPECT_EQ(view->GetTotalLogicalSize().cx, 65);
+    selectTemplate(&sheet, QStringLiteral("Neato"));
+    EXPECT_EQ(entries(labels), QStringList{QStringLiteral("Business Card Disc")});
+    EXPECT_EQ(doc->GetCurLabel(), 0);
 }
 
 TEST_F(SubFormTemplate, ImpossibleDiametersAreTakenAndTheCanvasStaysUsable)
