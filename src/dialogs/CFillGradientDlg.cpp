@@ -35,6 +35,7 @@ QScrollBar* percentBar(QWidget* parent, int id)
     bar->setRange(0, 100);
     bar->setSingleStep(1);
     bar->setPageStep(10);
+    bar->setMinimumWidth(100);
     return bar;
 }
 
@@ -91,6 +92,7 @@ CFillGradientDlg::CFillGradientDlg(QWidget* parent) : CFillPage(parent)
     coloursLayout->addWidget(m_pLight, 3, 2);
     coloursLayout->setColumnStretch(1, 1);
     coloursLayout->setColumnStretch(2, 1);
+    coloursLayout->setRowStretch(4, 1);
 
     // Transparency at the start and at the end of the shading.
     auto* transparency = new QGroupBox(QStringLiteral("Transparency"), this);

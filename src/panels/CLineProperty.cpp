@@ -166,10 +166,12 @@ void CLineProperty::CreateControls()
                 edit->setText(clamped);
         });
     };
+    // A caption and up to three controls; a single control takes the row's whole width.
     const auto row = [](QGridLayout* grid, int line, const QString& caption, QWidget* a, QWidget* b = nullptr,
                         QWidget* c = nullptr) {
-        if (!caption.isEmpty())
-            grid->addWidget(new QLabel(caption, grid->parentWidget()), line, 0);
+        auto* label = new QLabel(caption, grid->parentWidget());
+        label->setBuddy(a);
+        grid->addWidget(label, line, 0);
         grid->addWidget(a, line, 1, 1, b ? 1 : 3);
         if (b)
             grid->addWidget(b, line, 2);
@@ -212,9 +214,9 @@ void CLineProperty::CreateControls()
     m_pTransparencySlider->setSingleStep(10);
     m_pTransparencySlider->setPageStep(20);
     connect(m_pTransparencySlider, &QSlider::valueChanged, this, &CLineProperty::OnSliderMoved);
-    row(fillGrid, 0, QString(), m_pFill);
+    row(fillGrid, 0, QStringLiteral("Color:"), m_pFill);
     row(fillGrid, 1, QStringLiteral("Transparency:"), m_pTransparency, m_pTransparencySpin);
-    row(fillGrid, 2, QString(), m_pTransparencySlider);
+    fillGrid->addWidget(m_pTransparencySlider, 2, 0, 1, 4);
     layout->addWidget(fillBox);
 
     // Outline
@@ -234,10 +236,10 @@ void CLineProperty::CreateControls()
     for (const char* text : CapTexts)
         m_pCap->addItem(QString::fromLatin1(text));
     connect(m_pCap, &QComboBox::activated, this, &CLineProperty::Apply);
-    row(outlineGrid, 0, QString(), m_pBorder);
+    row(outlineGrid, 0, QStringLiteral("Color:"), m_pBorder);
     row(outlineGrid, 1, QStringLiteral("Size:"), m_pBorderSize, m_pBorderSizeSpin);
-    row(outlineGrid, 2, QString(), m_pDashStyle);
-    row(outlineGrid, 3, QString(), m_pCap);
+    row(outlineGrid, 2, QStringLiteral("Style:"), m_pDashStyle);
+    row(outlineGrid, 3, QStringLiteral("Ends:"), m_pCap);
     layout->addWidget(outlineBox);
 
     // Arrow heads
