@@ -13,6 +13,7 @@ CEffectDlg::CEffectDlg(QWidget* parent) : CToolTipDialog(parent)
     setWindowTitle(QStringLiteral("Fill Effects"));
     auto* layout = new QVBoxLayout(this);
     m_pTabs = new CMyTabCtrl(this);
+    m_pTabs->setAccessibleName(QStringLiteral("Fill"));
     layout->addWidget(m_pTabs);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);

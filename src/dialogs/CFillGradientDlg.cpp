@@ -110,6 +110,7 @@ CFillGradientDlg::CFillGradientDlg(QWidget* parent) : CFillPage(parent)
         edit->setFixedWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("0000")) + 8);
         bar->setAccessibleName(label->text().remove(QLatin1Char('&')));
         spin = new CNumSpinCtrl(transparency);
+        spin->setAccessibleName(bar->accessibleName());
         spin->SetBuddy(edit);
         spin->SetDecimals(0);
         transparencyLayout->addWidget(label, row, 0);

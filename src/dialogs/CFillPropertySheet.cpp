@@ -23,6 +23,7 @@ void CFillPropertySheet::AddPage(CFillPage* page)
 {
     m_pPage = page;
     m_pTabs->addTab(page, page->Caption());
+    m_pTabs->setAccessibleName(page->Caption());
 }
 
 int CFillPropertySheet::DoModal()

@@ -7,6 +7,7 @@
 #include "controls/CLinePicker.h"
 #include "controls/CLineWnd.h"
 #include "controls/CToolTipDialog.h"
+#include "dialogs/CEffectDlg.h"
 #include "objects/CDrawRect.h"
 #include "objects/CDrawText.h"
 #include "panels/CLineProperty.h"
@@ -14,9 +15,14 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSlider>
+#include <functional>
+#include <QTabWidget>
+#include <QTimer>
 
 namespace {
 
@@ -48,9 +54,10 @@ protected:
         ADD_FAILURE() << "no control " << id;
         return nullptr;
     }
-    // Opens a picker's popup with a click and clicks the popup's cell.
+    // Opens a picker's popup with a click and clicks the popup's cell; a dialog the choice
+    // opens is answered by the function given.
     template <class Popup, class Picker>
-    void choose(Picker* picker, int cell)
+    void choose(Picker* picker, int cell, std::function<void()> answer = {})
     {
         QTest::mouseClick(picker, Qt::LeftButton);
         auto* popup = qobject_cast<Popup*>(QApplication::activePopupWidget());
@@ -61,9 +68,14 @@ protected:
         else
             rect = popup->CellRect(cell);
         QTest::mouseMove(popup, rect.center());
+        if (answer)
+            QTimer::singleShot(0, answer);
         QTest::mouseClick(popup, Qt::LeftButton, {}, rect.center());
     }
-    void chooseColour(int pickerId, int cell) { choose<CColourPopupWnd>(control<CColourPicker>(pickerId), cell); }
+    void chooseColour(int pickerId, int cell, std::function<void()> answer = {})
+    {
+        choose<CColourPopupWnd>(control<CColourPicker>(pickerId), cell, std::move(answer));
+    }
     void type(int editId, const QString& text)
     {
         QLineEdit* edit = control<QLineEdit>(editId);
@@ -114,6 +126,34 @@ TEST_F(LinePanel, APickedFillReachesEverySelectedShapeAndTheDefaultsInOneStep)
     EXPECT_EQ(object(0)->m_fillColor1, gfx::Color(255, 255, 255, 255));
     undo();
     EXPECT_EQ(object(0)->m_fillColor1, Red);
+}
+
+TEST_F(LinePanel, TheFillPickersEffectsButtonBringsAGradientToTheSelection)
+{
+    tool(CDrawTool::Rectangle);
+    drag(at(-100, 100), at(100, -100));
+    CDrawObj* rect = object(0);
+    panel->LoadFromObject(rect);
+
+    chooseColour(1001, CColourPopupWnd::EffectCell, [] {
+        auto* effects = qobject_cast<CEffectDlg*>(QApplication::activeModalWidget());
+        ASSERT_NE(effects, nullptr);
+        auto* tabs = effects->findChild<QTabWidget*>();
+        ASSERT_EQ(tabs->count(), 3);
+        EXPECT_EQ(tabs->tabText(0), QStringLiteral("Picture"));
+        tabs->setCurrentIndex(1);
+        for (QRadioButton* radio : effects->findChildren<QRadioButton*>()) {
+            if (ControlId(radio) == 1220) // "Diagonal &down"
+                QTest::mouseClick(radio, Qt::LeftButton);
+        }
+        QTest::mouseClick(effects->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    });
+
+    EXPECT_EQ(rect->m_fillKind, 4);
+    EXPECT_EQ(rect->m_gradientStyle, 3);
+    EXPECT_EQ(g_defaultProperties.m_fillKind, 4);
+    undo();
+    EXPECT_EQ(rect->m_fillKind, 0);
 }
 
 TEST_F(LinePanel, WithNothingSelectedThePanelIsTheLookOfTheNextShape)
