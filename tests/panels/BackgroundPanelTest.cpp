@@ -5,6 +5,7 @@
 #include "undo/CPaperAction.h"
 #include "view/Canvas.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -82,6 +83,32 @@ TEST_F(BackgroundPanel, AdjustIsGreyUntilThereIsAPictureOrAPattern)
     EXPECT_EQ(image.count(), 1);
     EXPECT_EQ(pattern.count(), 1);
     canvas()->repaint();
+}
+
+TEST_F(BackgroundPanel, TheColourButtonHandsItsChoiceToTheWindow)
+{
+    // An offset left from a pattern, and no picture.
+    doc->SetBackgroundAdjust(5, 6, 1.5);
+    CSubForm2_1 panel;
+    panel.SetView(view.get());
+    panel.show();
+    std::vector<LabelBackground> chosen;
+    QObject::connect(&panel, &CSubForm2_1::backgroundChosen, [&chosen](const LabelBackground& choice) {
+        chosen.push_back(choice);
+    });
+    click(&panel, 1000);
+    QWidget* popup = QApplication::activePopupWidget();
+    ASSERT_NE(popup, nullptr);
+    // Opened without a picture, the label's placement starts afresh, as a step of its own.
+    EXPECT_EQ(adjust(), (Adjust{0, 0, 1.0}));
+    QTest::keyClick(popup, Qt::Key_Left); // from white to lavender
+    QTest::keyClick(popup, Qt::Key_Return);
+    ASSERT_EQ(chosen.size(), 1u);
+    EXPECT_EQ(chosen[0].BackColor, gfx::RGB(230, 230, 250));
+    EXPECT_EQ(chosen[0].HatchStyle, -1);
+    EXPECT_TRUE(chosen[0].ImageFile.isEmpty());
+    undo();
+    EXPECT_EQ(adjust(), (Adjust{5, 6, 1.5}));
 }
 
 TEST_F(BackgroundPanel, AnAdjustmentIsUndoneInOneStep)
