@@ -1,12 +1,50 @@
 #include "controls/CArrowPicker.h"
 
 #include "controls/CArrowWnd.h"
+#include "controls/CColourPopupWnd.h"
+#include "controls/CToolTipDialog.h"
+#include "platform/graphics/ArrowHeads.h"
+#include "platform/graphics/Graphics.h"
+#include "platform/graphics/Image.h"
+#include "platform/graphics/Pen.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionButton>
+
+namespace {
+
+const char* const g_arrowNames[gfx::ArrowHeads::PickerCount] = {"No Arrow", "Arrow", "Open", "Stealth", "Diamond", "Oval"};
+
+// A short line ending in the head, as a line object with that end head draws it.
+QImage MakeArrowImage(int nIndex)
+{
+    constexpr int nSize = CArrowPicker::ImageSize;
+    constexpr int nLineWidth = 2;
+    constexpr int nHeadSize = 4;
+    gfx::Bitmap bitmap(nSize, nSize);
+    {
+        gfx::Graphics graphics(bitmap);
+        graphics.SetSmoothingMode(gfx::SmoothingMode::AntiAlias);
+        gfx::Pen pen(gfx::Color(0, 0, 0), float(nLineWidth));
+        gfx::ArrowHeads::SetCaps(pen, gfx::ArrowHeads::NoArrow, 0, gfx::ArrowHeads::CodeAt(nIndex), nHeadSize,
+                                 nLineWidth);
+        // The widest heads reach two head sizes past the line's end.
+        const float y = nSize / 2.0f;
+        graphics.DrawLine(pen, QPointF(4, y), QPointF(nSize - 4 - 2 * nHeadSize, y));
+    }
+    return bitmap.image();
+}
+
+} // namespace
 
 CArrowPicker::CArrowPicker(QWidget* pParent) : QAbstractButton(pParent)
 {
+    setFocusPolicy(Qt::StrongFocus);
+    for (int i = 0; i < gfx::ArrowHeads::PickerCount; ++i)
+        m_images.push_back(MakeArrowImage(i));
+    connect(this, &QAbstractButton::clicked, this, &CArrowPicker::OnClicked);
 }
-
-CArrowPicker::~CArrowPicker() = default;
 
 void CArrowPicker::SetIndex(int nIndex)
 {
@@ -14,16 +52,73 @@ void CArrowPicker::SetIndex(int nIndex)
     update();
 }
 
-QString CArrowPicker::ArrowName(int)
+QString CArrowPicker::ArrowName(int nIndex)
 {
-    return {};
+    return nIndex >= 0 && nIndex < gfx::ArrowHeads::PickerCount ? QString::fromLatin1(g_arrowNames[nIndex]) : QString();
 }
 
 QSize CArrowPicker::sizeHint() const
 {
-    return {60, 30};
+    return {ImageSize + 15 + 8, ImageSize + 4};
+}
+
+void CArrowPicker::OnClicked()
+{
+    if (m_bPopupOpen)
+        return;
+    m_bPopupOpen = true;
+    // The popup is a window of its own, deleted when it ends (or with the picker).
+    auto* pPopup = new CArrowWnd(this, m_nIndex);
+    connect(pPopup, &CArrowWnd::SelChange, this, &CArrowPicker::OnPopupSelChange);
+    connect(pPopup, &CArrowWnd::SelEndOK, this, &CArrowPicker::OnPopupSelEndOK);
+    connect(pPopup, &CArrowWnd::SelEndCancel, this, &CArrowPicker::OnPopupSelEndCancel);
+    update();
+}
+
+void CArrowPicker::OnPopupSelChange(int nIndex)
+{
+    SetIndex(nIndex);
+}
+
+void CArrowPicker::OnPopupSelEndOK(int nIndex)
+{
+    m_bPopupOpen = false;
+    SetIndex(nIndex);
+    emit SelEndOK(nIndex, ControlId(this));
+}
+
+void CArrowPicker::OnPopupSelEndCancel(int nIndex)
+{
+    m_bPopupOpen = false;
+    SetIndex(nIndex);
 }
 
 void CArrowPicker::paintEvent(QPaintEvent*)
 {
+    QPainter painter(this);
+    QStyleOptionButton option;
+    option.initFrom(this);
+    option.state |= isDown() || m_bPopupOpen ? QStyle::State_Sunken : QStyle::State_Raised;
+    style()->drawPrimitive(QStyle::PE_PanelButtonCommand, &option, &painter, this);
+
+    // The head in the button less 15 pixels on the right, where the drop-down arrow goes.
+    const QRect image = rect().adjusted(0, 0, -15, 0);
+    QStyleOption arrowOption;
+    arrowOption.initFrom(this);
+    arrowOption.rect = QRect(image.right() + 1, height() / 2 - 5, 11, 10);
+    style()->drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrowOption, &painter, this);
+
+    if (m_nIndex >= 0 && m_nIndex < GetImageCount()) {
+        if (!isEnabled())
+            painter.setOpacity(0.4);
+        const QImage& picture = m_images[std::size_t(m_nIndex)];
+        painter.drawImage(image.center() - QPoint(picture.width() / 2, picture.height() / 2) + QPoint(1, 1), picture);
+        painter.setOpacity(1.0);
+    }
+    if (hasFocus()) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        focus.rect = image.adjusted(3, 3, -1, -3);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    }
 }

@@ -2,7 +2,6 @@
 
 #include <QAbstractButton>
 #include <QImage>
-#include <QPointer>
 #include <QString>
 #include <vector>
 
@@ -20,7 +19,6 @@ public:
     static constexpr int ImageSize = 30;
 
     explicit CArrowPicker(QWidget* pParent = nullptr);
-    ~CArrowPicker() override;
 
     int GetIndex() const { return m_nIndex; }
     void SetIndex(int nIndex);
@@ -43,11 +41,11 @@ private:
     friend class CArrowWnd;
 
     void OnClicked();
+    void OnPopupSelChange(int nIndex);
     void OnPopupSelEndOK(int nIndex);
     void OnPopupSelEndCancel(int nIndex);
 
     bool m_bPopupOpen = false;
     int m_nIndex = 0;
     std::vector<QImage> m_images;
-    QPointer<CArrowWnd> m_pPopup;
 };

@@ -1,14 +1,19 @@
 #pragma once
 
 #include "platform/graphics/Color.h"
+#include "platform/graphics/Image.h"
 
 #include <QAbstractButton>
-#include <QPointer>
 #include <QString>
 #include <cstdint>
 #include <functional>
+#include <optional>
+#include <utility>
 
 class CColourPopupWnd;
+namespace gfx {
+class Graphics;
+}
 
 // The button with which the user sets a colour or a fill. It shows the present choice as a
 // swatch (solid, pattern, picture or gradient, or nothing when "Clear" was chosen) with an
@@ -47,7 +52,6 @@ public:
     using EffectHandler = std::function<bool(CColourPicker& picker)>;
 
     explicit CColourPicker(QWidget* pParent = nullptr);
-    ~CColourPicker() override;
 
     // The chosen colour. Setting it also picks the caption's colour for contrast: white on a
     // colour whose red + green + blue is below 385, black otherwise.
@@ -99,6 +103,7 @@ private:
     void ChooseSolid();
     void ChooseClear();
     bool RunEffectHandler();
+    void DrawFill(gfx::Graphics& graphics, const QRectF& rect);
 
     bool m_bPopupOpen = false;
     bool m_bTrackSelection = false;
@@ -111,5 +116,6 @@ private:
     QString m_strEffectText;
     QString m_strClearText;
     EffectHandler m_effectHandler;
-    QPointer<CColourPopupWnd> m_pPopup;
+    // The picture of a picture fill, decoded once for its file.
+    std::optional<std::pair<QString, gfx::Image>> m_picture;
 };

@@ -2,6 +2,7 @@
 
 #include "platform/graphics/Color.h"
 
+#include <QColor>
 #include <QRect>
 #include <QString>
 #include <QWidget>
@@ -39,6 +40,9 @@ public:
     // (4) for the cell under the mouse, sunken (2) for the chosen one.
     enum Edge { SunkenOuter = 2, RaisedInner = 4 };
     static void DrawEdge(QPainter& painter, const QRect& rect, int nEdge);
+    // The system colours the popups paint with: 15 face, 16 shadow, 18 text, 20 highlight,
+    // 22 light, taken from the widget's palette.
+    static QColor GetSysColor(const QWidget* pWidget, int nIndex);
     // Puts a popup below its picker's bottom-left corner, moved left or right to stay on the
     // screen, and above the picker when there is no room below.
     static void PlaceBelow(QWidget* pPopup, const QWidget* pPicker);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QAbstractButton>
-#include <QPointer>
 
 class CLineWnd;
 
@@ -16,7 +15,6 @@ public:
     static constexpr int StyleCount = 5;
 
     explicit CLinePicker(QWidget* pParent = nullptr);
-    ~CLinePicker() override;
 
     int GetIndex() const { return m_nIndex; }
     // Any value is kept as it is given, so that a panel's choice for a mixed selection stays.
@@ -35,10 +33,10 @@ private:
     friend class CLineWnd;
 
     void OnClicked();
+    void OnPopupSelChange(int nIndex);
     void OnPopupSelEndOK(int nIndex);
     void OnPopupSelEndCancel(int nIndex);
 
     bool m_bPopupOpen = false;
     int m_nIndex = 0;
-    QPointer<CLineWnd> m_pPopup;
 };
