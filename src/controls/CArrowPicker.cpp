@@ -9,29 +9,34 @@
 #include "platform/graphics/Pen.h"
 
 #include <QPainter>
+#include <QRectF>
 #include <QStyle>
 #include <QStyleOptionButton>
+#include <algorithm>
 
 namespace {
 
 const char* const g_arrowNames[gfx::ArrowHeads::PickerCount] = {"No Arrow", "Arrow", "Open", "Stealth", "Diamond", "Oval"};
 
-// A short line ending in the head, as a line object with that end head draws it.
+// A short line ending in the head, as a line object with that end head draws it. Each head
+// is sized to reach 6 pixels from the line's end at most, so that all fit their cells alike.
 QImage MakeArrowImage(int nIndex)
 {
     constexpr int nSize = CArrowPicker::ImageSize;
     constexpr int nLineWidth = 2;
-    constexpr int nHeadSize = 4;
+    constexpr int nReach = 6;
+    const int nCode = gfx::ArrowHeads::CodeAt(nIndex);
+    const QRectF bounds = gfx::ArrowHeads::Path(nCode).GetBounds();
+    const qreal extent = std::max({-bounds.left(), bounds.right(), -bounds.top(), bounds.bottom(), qreal(1)});
+    const int nHeadSize = int(nReach / extent);
     gfx::Bitmap bitmap(nSize, nSize);
     {
         gfx::Graphics graphics(bitmap);
         graphics.SetSmoothingMode(gfx::SmoothingMode::AntiAlias);
         gfx::Pen pen(gfx::Color(0, 0, 0), float(nLineWidth));
-        gfx::ArrowHeads::SetCaps(pen, gfx::ArrowHeads::NoArrow, 0, gfx::ArrowHeads::CodeAt(nIndex), nHeadSize,
-                                 nLineWidth);
-        // The widest heads reach two head sizes past the line's end.
+        gfx::ArrowHeads::SetCaps(pen, gfx::ArrowHeads::NoArrow, 0, nCode, nHeadSize, nLineWidth);
         const float y = nSize / 2.0f;
-        graphics.DrawLine(pen, QPointF(4, y), QPointF(nSize - 4 - 2 * nHeadSize, y));
+        graphics.DrawLine(pen, QPointF(4, y), QPointF(nSize - 4 - nReach, y));
     }
     return bitmap.image();
 }

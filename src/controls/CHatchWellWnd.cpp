@@ -181,6 +181,8 @@ void CHatchWellWnd::paintEvent(QPaintEvent*)
         else if (nStyle == m_nChosen)
             CColourPopupWnd::DrawEdge(painter, CellRect(nStyle), CColourPopupWnd::SunkenOuter);
     }
+    // The well's own border, sunk into the page.
+    CColourPopupWnd::DrawEdge(painter, rect(), CColourPopupWnd::SunkenOuter);
     if (hasFocus() && m_nCurrent >= 0) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 1, Qt::DotLine));
         painter.drawRect(CellRect(m_nCurrent).adjusted(1, 1, -2, -2));
