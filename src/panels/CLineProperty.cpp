@@ -193,9 +193,13 @@ void CLineProperty::CreateControls()
     m_pCenter = new QPushButton(QStringLiteral("Center"), shapeBox);
     SetControlId(m_pCenter, 1152);
     connect(m_pCenter, &QPushButton::clicked, this, &CLineProperty::OnCenter);
-    shapeGrid->addWidget(m_pShape, 0, 0, 1, 2);
-    shapeGrid->addWidget(m_pLockAspect, 1, 0);
-    shapeGrid->addWidget(m_pCenter, 1, 1);
+    // The check box's caption is the widest text: it takes a row of its own, and the shape's
+    // names take what "Center" leaves.
+    shapeGrid->addWidget(m_pShape, 0, 0);
+    shapeGrid->addWidget(m_pCenter, 0, 1);
+    shapeGrid->addWidget(m_pLockAspect, 1, 0, 1, 2);
+    shapeGrid->setColumnStretch(0, 1);
+    m_pCenter->setMaximumWidth(m_pCenter->fontMetrics().horizontalAdvance(m_pCenter->text()) + 16);
     layout->addWidget(shapeBox);
 
     // Fill
