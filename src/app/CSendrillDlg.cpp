@@ -119,7 +119,10 @@ bool CSendrillDlg::OnInitDialog()
     SyncToolsAndPanels();
     qApp->installEventFilter(this);
 
-    // PENDING (update check): with CheckUpdates set, the check starts here on its own thread.
+    // Last, so that the check never delays the start; and only where someone sees the window
+    // and can answer its questions.
+    if (Profile::GetInt(Settings, QStringLiteral("CheckUpdates"), 1) != 0 && CSendrillApp::HasDisplay())
+        StartUpdateCheck();
     return true;
 }
 

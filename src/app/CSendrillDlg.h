@@ -11,6 +11,7 @@
 #include <QRect>
 #include <QString>
 #include <array>
+#include <atomic>
 #include <map>
 #include <memory>
 #include <vector>
@@ -24,6 +25,7 @@ class CSendrillApp;
 class QAction;
 class QMenu;
 class QMenuBar;
+class QThread;
 
 // The one main window. It owns the template list, the document and the view, and lives for
 // the whole run. Its initialisation reads the fonts, the command line, the templates and the
@@ -95,7 +97,31 @@ public:
     // opened it, unless only the path as typed names a file (names differ by case here).
     static QString UnattendedPath(const QString& lowerCased, const QString& given);
 
+    // The update check (CSendrillDlg_Update.cpp): a worker thread asks the update server for a
+    // newer release, downloads it with the user's consent and leaves it to run at the exit.
+    // Started once; the initialisation starts it for an interactive run that can ask the user.
+    void StartUpdateCheck();
+
+signals:
+    // The update worker has moved to checking, to downloading, or has ended.
+    void UpdateStateChanged();
+
 private:
+    // The update worker's work, on its own thread.
+    void UpdateWorker();
+    // Asks whether the downloaded update is to be installed now, and then leaves as Exit does;
+    // nothing once the user is leaving anyway.
+    void OfferInstall();
+    // Exit's wait for a running worker: a small window says what is awaited, the interface
+    // thread goes on serving events, and the worker's install question is suppressed.
+    void WaitForUpdateWorker();
+    // Ends the worker's thread object once the worker has ended, answering its questions
+    // meanwhile, which then find the user leaving.
+    struct UpdateThreadEnd {
+        std::atomic<int>* exiting;
+        void operator()(QThread* thread) const;
+    };
+
     // Prints the project or picture of the command line on its printer; the job's result is
     // the exit code. A project is saved back when printing moved its counters.
     void RunUnattended(const CommandLine& commandLine, const QString& givenPrintFile);
@@ -137,6 +163,8 @@ private:
     void OnFilePrint();
     void OnPrinterSetup();
     void OnExit();
+    // Exit without its wait: asks about unsaved work, then ends the dialog unless cancelled.
+    void ExitStep();
     // Asks whether the modified document may go; true when it may.
     bool MayDiscard();
     void AddToRecentFileList(const QString& path);
@@ -176,4 +204,13 @@ private:
     // the tray's, 1 the sheet's).
     int m_nPanelBack = 0;
     int m_nPanelTemplate = 0;
+
+    // Shared with the update worker, each with one writer: the state (0 idle, 1 checking,
+    // 2 downloading) by the worker; running by this thread before the start and by the worker at
+    // its end; exiting by this thread when the user leaves while the worker runs.
+    std::atomic<int> m_nUpdateState{0};
+    std::atomic<int> m_bUpdateRunning{0};
+    std::atomic<int> m_bExiting{0};
+    // After the shared values, so that it goes first and the worker never outlives them.
+    std::unique_ptr<QThread, UpdateThreadEnd> m_pUpdateThread;
 };

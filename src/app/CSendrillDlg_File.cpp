@@ -155,6 +155,14 @@ void CSendrillDlg::OnPrinterSetup()
 
 void CSendrillDlg::OnExit()
 {
+    ExitStep();
+    // A running update worker is awaited even when the user chose to stay: the dialog then
+    // stays open once it has ended.
+    WaitForUpdateWorker();
+}
+
+void CSendrillDlg::ExitStep()
+{
     if (m_pView && m_pDoc->IsModified()) {
         const int answer = MessageBox::Show(SaveQuestion, MessageBox::YesNoCancel);
         if (answer == MessageBox::IdCancel)
