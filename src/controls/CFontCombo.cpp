@@ -77,6 +77,9 @@ CFontCombo::CFontCombo(QWidget* parent) : QComboBox(parent)
     // What the user types is the family asked for; no completion puts other words in.
     setCompleter(nullptr);
     setItemDelegate(new FontItemDelegate(this));
+    // Family names run long; the box keeps to its column and its list opens as wide as they need.
+    setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(8);
 }
 
 int CFontCombo::AddString(const QString& text, int data)

@@ -76,6 +76,8 @@ CAutoEdit* CDataFieldDlg::NumberEdit(const QString& name)
     edit->setObjectName(name);
     edit->setAccessibleName(name);
     edit->SetAllowedChars(QStringLiteral("0123456789"));
+    // Room for the longest number a field holds, twenty digits.
+    edit->setMaximumWidth(edit->fontMetrics().horizontalAdvance(QString(21, QLatin1Char('0'))));
     connect(edit, &QLineEdit::textChanged, this, [this, edit] { OnNumber(edit); });
     return edit;
 }
@@ -129,6 +131,7 @@ void CDataFieldDlg::CreateControls()
     disc->addWidget(m_pDiscNumber);
     disc->addWidget(new QLabel(QStringLiteral("of"), this));
     disc->addWidget(m_pDiscTotal);
+    disc->addStretch(1);
     grid->addLayout(disc, 5, 1, 1, 2);
 
     m_pSerial = NumberEdit(QStringLiteral("Serial Number Value"));
@@ -144,6 +147,7 @@ void CDataFieldDlg::CreateControls()
     serial->addWidget(serialIncrementCaption);
     serial->addWidget(m_pSerialIncrement);
     serial->addWidget(m_pSerialIncrementSpin);
+    serial->addStretch(1);
     grid->addWidget(m_pSerial, 6, 1);
     grid->addLayout(serial, 6, 2, 1, 2);
 
@@ -193,6 +197,7 @@ void CDataFieldDlg::CreateControls()
     file->addWidget(fileIncrementCaption);
     file->addWidget(m_pFileIncrement);
     file->addWidget(m_pFileIncrementSpin);
+    file->addStretch(1);
     grid->addLayout(file, 8, 1, 1, 3);
 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);

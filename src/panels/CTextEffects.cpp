@@ -54,11 +54,16 @@ CTextEffects::CTextEffects(QWidget* parent) : CToolTipDialog(parent), m_pIntVali
 {
     setWindowFlags(Qt::Widget);
     auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(2, 4, 2, 4);
 
     auto* edge = new QGroupBox(QStringLiteral("Edge"), this);
     auto* edgeGrid = new QGridLayout(edge);
+    edgeGrid->setContentsMargins(4, 4, 4, 4);
+    edgeGrid->setHorizontalSpacing(4);
     auto* shadow = new QGroupBox(QStringLiteral("Shadow"), this);
     auto* shadowGrid = new QGridLayout(shadow);
+    shadowGrid->setContentsMargins(4, 4, 4, 4);
+    shadowGrid->setHorizontalSpacing(4);
     layout->addWidget(edge);
     layout->addWidget(shadow);
     layout->addStretch(1);
@@ -75,7 +80,9 @@ CTextEffects::CTextEffects(QWidget* parent) : CToolTipDialog(parent), m_pIntVali
         else
             grid->addWidget(control, r, 1);
     };
-    const auto withSpin = [this](CAutoEdit* edit, CNumSpinCtrl* spin) {
+    const auto withSpin = [](CAutoEdit* edit, CNumSpinCtrl* spin) {
+        // Three digits need little room; the panel column is narrow.
+        edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("00000")));
         auto* pair = new QHBoxLayout;
         pair->setSpacing(0);
         pair->addWidget(edit);
@@ -87,6 +94,9 @@ CTextEffects::CTextEffects(QWidget* parent) : CToolTipDialog(parent), m_pIntVali
     SetControlId(m_pEdgeStyle, 1072);
     for (const char* style : EdgeStyles)
         m_pEdgeStyle->addItem(QString::fromLatin1(style));
+    // The narrow panel column sets the box's width; its list opens as wide as it needs.
+    m_pEdgeStyle->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_pEdgeStyle->setMinimumContentsLength(3);
     row(edgeGrid, QStringLiteral("St&yle:"), m_pEdgeStyle);
     m_pEdgeColour = new CColourPicker(edge);
     SetControlId(m_pEdgeColour, 1012);

@@ -19,6 +19,7 @@ CTextFontPage::CTextFontPage(QWidget* parent) : CToolTipDialog(parent)
 {
     setWindowFlags(Qt::Widget);
     auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(4, 4, 4, 4);
     const auto caption = [this, layout](const QString& text, QWidget* control) {
         auto* label = new QLabel(text, this);
         label->setBuddy(control);

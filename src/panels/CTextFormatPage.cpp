@@ -49,6 +49,7 @@ CTextFormatPage::CTextFormatPage(QWidget* parent)
 {
     setWindowFlags(Qt::Widget);
     auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(4, 4, 4, 4);
     int row = 0;
 
     m_pText = new QPlainTextEdit(this);
@@ -60,6 +61,9 @@ CTextFormatPage::CTextFormatPage(QWidget* parent)
     SetControlId(insert, 1120);
     auto* list = new QPushButton(QStringLiteral("Data Field List"), this);
     SetControlId(list, 1128);
+    // Enter in a field of the panel presses none of its buttons.
+    for (QPushButton* button : {insert, list})
+        button->setAutoDefault(false);
     grid->addWidget(insert, row++, 0, 1, 2);
     grid->addWidget(list, row++, 0, 1, 2);
 
@@ -82,13 +86,20 @@ CTextFormatPage::CTextFormatPage(QWidget* parent)
     SetControlId(m_pJustify, 1070);
     m_pJustify->addItems({QStringLiteral("Left"), QStringLiteral("Centered"), QStringLiteral("Right")});
     caption(QStringLiteral("&Justify:"), m_pJustify);
+    // The narrow panel column sets the boxes' width; their lists open as wide as they need.
+    for (QComboBox* box : {m_pPath, m_pJustify}) {
+        box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        box->setMinimumContentsLength(4);
+    }
 
     m_pCenter = new QPushButton(QStringLiteral("Center"), this);
     SetControlId(m_pCenter, 1152);
+    m_pCenter->setAutoDefault(false);
     m_pLockAspect = new QCheckBox(QStringLiteral("Lock Aspect Ratio"), this);
     SetControlId(m_pLockAspect, 1227);
-    grid->addWidget(m_pCenter, row, 0);
-    grid->addWidget(m_pLockAspect, row++, 1);
+    // Each on a row of its own, so that the caption shows whole in the narrow panel column.
+    grid->addWidget(m_pCenter, row++, 0);
+    grid->addWidget(m_pLockAspect, row++, 0, 1, 2);
 
     // A number's edit with its spin; the spin's own id would find another control's tooltip.
     const auto number = [this, grid, &row](const QString& text, int id, CNumSpinCtrl*& spin) {
@@ -96,6 +107,8 @@ CTextFormatPage::CTextFormatPage(QWidget* parent)
         SetControlId(edit, id);
         auto* label = new QLabel(text, this);
         edit->SetCaption(label);
+        // Five characters need little room; the panel column is narrow.
+        edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("00000")));
         spin = new CNumSpinCtrl(this);
         spin->SetBuddy(edit);
         auto* pair = new QHBoxLayout;
