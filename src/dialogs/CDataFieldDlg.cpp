@@ -143,6 +143,7 @@ void CDataFieldDlg::CreateControls()
     auto* serialIncrementCaption = new QLabel(QStringLiteral("Increment by:"), this);
     m_pSerialIncrement->SetCaption(serialIncrementCaption);
     m_pSerialIncrement->setAccessibleName(QStringLiteral("Serial Increment by:"));
+    m_pSerialIncrementSpin->setAccessibleName(QStringLiteral("Serial Increment"));
     auto* serial = new QHBoxLayout;
     serial->addWidget(serialIncrementCaption);
     serial->addWidget(m_pSerialIncrement);
@@ -178,6 +179,7 @@ void CDataFieldDlg::CreateControls()
     m_pFileIndexSpin->SetRangeAndDelta(0, 9999, 1);
     auto* indexCaption = new QLabel(QStringLiteral("Start Index:"), this);
     m_pFileIndex->SetCaption(indexCaption);
+    m_pFileIndexSpin->setAccessibleName(QStringLiteral("Start Index"));
     m_pFileIncrement = NumberEdit(QStringLiteral("File Increment"));
     m_pFileIncrementSpin = new CNumSpinCtrl(this);
     m_pFileIncrementSpin->SetBuddy(m_pFileIncrement);
@@ -186,6 +188,7 @@ void CDataFieldDlg::CreateControls()
     auto* fileIncrementCaption = new QLabel(QStringLiteral("Increment by:"), this);
     m_pFileIncrement->SetCaption(fileIncrementCaption);
     m_pFileIncrement->setAccessibleName(QStringLiteral("File Increment by:"));
+    m_pFileIncrementSpin->setAccessibleName(QStringLiteral("File Increment"));
     auto* file = new QHBoxLayout;
     file->addWidget(delimiterCaption);
     file->addWidget(m_pDelimiter);

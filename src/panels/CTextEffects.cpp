@@ -83,6 +83,7 @@ CTextEffects::CTextEffects(QWidget* parent) : CToolTipDialog(parent), m_pIntVali
     const auto withSpin = [](CAutoEdit* edit, CNumSpinCtrl* spin) {
         // Three digits need little room; the panel column is narrow.
         edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("00000")));
+        spin->setAccessibleName(edit->accessibleName());
         auto* pair = new QHBoxLayout;
         pair->setSpacing(0);
         pair->addWidget(edit);

@@ -33,6 +33,7 @@ CTextForm::CTextForm(QWidget* parent)
 {
     setWindowFlags(Qt::Widget);
     SetControlId(m_pTab, 1184);
+    m_pTab->setAccessibleName(QStringLiteral("Text"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(2, 2, 2, 2);
     layout->addWidget(m_pTab);

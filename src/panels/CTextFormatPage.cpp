@@ -111,6 +111,7 @@ CTextFormatPage::CTextFormatPage(QWidget* parent)
         edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("00000")));
         spin = new CNumSpinCtrl(this);
         spin->SetBuddy(edit);
+        spin->setAccessibleName(edit->accessibleName().chopped(1));
         auto* pair = new QHBoxLayout;
         pair->setSpacing(0);
         pair->addWidget(edit);
