@@ -1,5 +1,6 @@
 #include "dialogs/CEffectDlg.h"
 
+#include "controls/CColourPicker.h"
 #include "controls/CMyTabCtrl.h"
 #include "dialogs/CFillGradientDlg.h"
 #include "dialogs/CFillPatternDlg.h"
@@ -80,4 +81,33 @@ void CEffectDlg::accept()
     if (m_fillKind == 3)
         m_gradientSwap = m_shading >= 5 ? 1 : 0;
     CToolTipDialog::accept();
+}
+
+bool CEffectDlg::RunForPicker(CColourPicker& picker, int pageMask)
+{
+    CEffectDlg dialog(picker.window());
+    dialog.m_nPageMask = pageMask;
+    CColourPicker::EffectFill fill = picker.GetFill();
+    dialog.m_color1 = fill.m_color1;
+    dialog.m_color2 = fill.m_color2;
+    dialog.m_fillKind = fill.m_fillKind;
+    dialog.m_gradientStyle = fill.m_gradientStyle;
+    dialog.m_hatchStyle = fill.m_hatchStyle;
+    dialog.m_wrapMode = fill.m_wrapMode;
+    dialog.m_gradientSwap = fill.m_gradientSwap;
+    dialog.m_pictureScale = fill.m_pictureScale;
+    dialog.m_pictureFile = fill.m_pictureFile;
+    if (dialog.DoModal() != QDialog::Accepted)
+        return false;
+    fill.m_color1 = dialog.m_color1;
+    fill.m_color2 = dialog.m_color2;
+    fill.m_fillKind = dialog.m_fillKind;
+    fill.m_gradientStyle = dialog.m_gradientStyle;
+    fill.m_hatchStyle = dialog.m_hatchStyle;
+    fill.m_wrapMode = dialog.m_wrapMode;
+    fill.m_gradientSwap = dialog.m_gradientSwap;
+    fill.m_pictureScale = dialog.m_pictureScale;
+    fill.m_pictureFile = dialog.m_pictureFile;
+    picker.SetFill(fill);
+    return true;
 }

@@ -6,6 +6,7 @@
 #include <QString>
 #include <cstdint>
 
+class CColourPicker;
 class CFillGradientDlg;
 class CFillPatternDlg;
 class CFillPictureDlg;
@@ -27,6 +28,10 @@ public:
     int DoModal();
 
     int m_nPageMask = GradientPage | PatternPage | PicturePage;
+
+    // The pickers' effect button: the pages of the mask on the picker's fill, which takes the
+    // choice on OK. True on OK.
+    static bool RunForPicker(CColourPicker& picker, int pageMask);
 
     // The fill, with the meaning of the objects' appearance fields.
     gfx::Color m_color1{255, 255, 255};

@@ -74,35 +74,6 @@ CColourPicker::EffectFill lineRecord(const DrawObjProperties& p)
     return line;
 }
 
-// The fill picker's "Picture/Gradient/Pattern": the fill dialog on the picker's fill.
-bool runEffectDialog(CColourPicker& picker)
-{
-    CEffectDlg dialog(picker.window());
-    CColourPicker::EffectFill fill = picker.GetFill();
-    dialog.m_color1 = fill.m_color1;
-    dialog.m_color2 = fill.m_color2;
-    dialog.m_fillKind = fill.m_fillKind;
-    dialog.m_gradientStyle = fill.m_gradientStyle;
-    dialog.m_hatchStyle = fill.m_hatchStyle;
-    dialog.m_wrapMode = fill.m_wrapMode;
-    dialog.m_gradientSwap = fill.m_gradientSwap;
-    dialog.m_pictureScale = fill.m_pictureScale;
-    dialog.m_pictureFile = fill.m_pictureFile;
-    if (dialog.DoModal() != QDialog::Accepted)
-        return false;
-    fill.m_color1 = dialog.m_color1;
-    fill.m_color2 = dialog.m_color2;
-    fill.m_fillKind = dialog.m_fillKind;
-    fill.m_gradientStyle = dialog.m_gradientStyle;
-    fill.m_hatchStyle = dialog.m_hatchStyle;
-    fill.m_wrapMode = dialog.m_wrapMode;
-    fill.m_gradientSwap = dialog.m_gradientSwap;
-    fill.m_pictureScale = dialog.m_pictureScale;
-    fill.m_pictureFile = dialog.m_pictureFile;
-    picker.SetFill(fill);
-    return true;
-}
-
 } // namespace
 
 int CLineProperty::ArrowCodeOfIndex(int index)
@@ -207,7 +178,9 @@ void CLineProperty::CreateControls()
     auto* fillGrid = new QGridLayout(fillBox);
     m_pFill = new CColourPicker(fillBox);
     SetControlId(m_pFill, 1001);
-    m_pFill->SetEffectHandler(runEffectDialog);
+    m_pFill->SetEffectHandler([](CColourPicker& picker) {
+        return CEffectDlg::RunForPicker(picker, CEffectDlg::GradientPage | CEffectDlg::PatternPage | CEffectDlg::PicturePage);
+    });
     connect(m_pFill, &CColourPicker::SelEndOK, this, &CLineProperty::Apply);
     numberField(fillBox, 1076, 1025, QStringLiteral("Transparency"), m_pTransparency, m_pTransparencySpin);
     connect(m_pTransparency, &QLineEdit::textChanged, this, &CLineProperty::OnTransparencyEdited);

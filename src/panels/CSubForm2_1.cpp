@@ -1,6 +1,7 @@
 #include "panels/CSubForm2_1.h"
 
 #include "controls/CColourPicker.h"
+#include "dialogs/CEffectDlg.h"
 #include "document/CDrawDoc.h"
 #include "panels/PanelSupport.h"
 #include "undo/CPaperAction.h"
@@ -48,6 +49,10 @@ CSubForm2_1::CSubForm2_1(QWidget* parent)
     connect(image, &QPushButton::clicked, this, &CSubForm2_1::selectBackgroundRequested);
     connect(pattern, &QPushButton::clicked, this, &CSubForm2_1::patternRequested);
     connect(m_pAdjust, &QPushButton::clicked, this, &CSubForm2_1::adjustRequested);
+    // A background is a colour, a pattern or a picture; gradients are for shapes.
+    m_pColour->SetEffectHandler([](CColourPicker& picker) {
+        return CEffectDlg::RunForPicker(picker, CEffectDlg::PatternPage | CEffectDlg::PicturePage);
+    });
     connect(m_pColour, &CColourPicker::DropDown, this, &CSubForm2_1::OnDropDown);
     connect(m_pColour, &CColourPicker::SelEndOK, this, &CSubForm2_1::OnSelEndOK);
 }
