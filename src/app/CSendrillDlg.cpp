@@ -4,6 +4,8 @@
 #include "app/CSendrillApp.h"
 #include "document/CDrawDoc.h"
 #include "objects/DefaultProperties.h"
+#include "panels/CSubForm1_1.h"
+#include "panels/CSubForm2_1.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
 #include "printing/CPrintView.h"
@@ -33,7 +35,11 @@ CSendrillDlg::CSendrillDlg(CSendrillApp& app, QWidget* parent)
 CSendrillDlg::~CSendrillDlg()
 {
     qApp->removeEventFilter(this);
-    // The view leaves the document's views before the document goes.
+    // The panels show the view's document and go first; the view leaves the document's views
+    // before the document goes.
+    if (m_pView)
+        m_pView->setParent(nullptr);
+    delete m_pClient;
     delete m_pView;
     m_pView = nullptr;
     if (FontCollection::Published() == &m_fonts)
@@ -154,11 +160,17 @@ bool CSendrillDlg::OpenProject(const QString& path)
         m_pView->ClearSelection();
     if (!m_pDoc->OnOpenDocument(path))
         return false;
-    m_pDoc->SetModifiedFlag(false);
-    if (m_pView) {
+    // Before the window is laid out (a project on the command line) the panels are yet to be
+    // made, and then show the document from the start.
+    if (m_pSubForm1_1) {
         m_pView->viewport()->update();
-        ChooseTemplatePage();
+        m_pSubForm1_1->LoadUnits();
+        m_pSubForm1_1->LoadFromDocument();
+        m_pSubForm2_1->LoadFromDocument();
     }
+    m_pDoc->SetModifiedFlag(false);
+    if (m_pSubForm1_1)
+        ChooseTemplatePage();
     return true;
 }
 

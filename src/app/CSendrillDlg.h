@@ -22,6 +22,10 @@ class CPaperAction;
 struct LabelBackground;
 class CNetworkView;
 class CSendrillApp;
+class CSubForm1_1;
+class CSubForm1_2;
+class CSubForm2_1;
+class CSubForm2_2;
 class QAction;
 class QMenu;
 class QMenuBar;
@@ -71,10 +75,11 @@ public:
 
     // The background operations of the panels, each a step of the history
     // (CSendrillDlg_Background.cpp): a choice of the background picker; a picture from the
-    // Backgrounds folder, placed whole and unscaled; the hand adjustment, which stays open
-    // until the next press anywhere in the window.
+    // Backgrounds folder, placed whole and unscaled; a pattern chosen in the pattern page; the
+    // hand adjustment, which stays open until the next press anywhere in the window.
     void OnBackgroundChosen(const LabelBackground& choice);
     void OnSelectBackground();
+    void OnBackgroundPattern();
     void OnAdjustBackground();
     // What the command line asked for, once the initialisation has parsed it.
     CommandLine::Dispatch StartMode() const { return m_dispatch; }
@@ -151,6 +156,7 @@ private:
     void OnUnits(int units);
     void OnEditUndo();
     void OnEditRedo();
+    void ReloadPanels();
 
     CPaperAction* BeginBackgroundChange();
 
@@ -191,6 +197,11 @@ private:
     QWidget* m_pViewHolder = nullptr;
     std::array<QWidget*, 3> m_stackHolders{};
     std::array<CPanelStack, 3> m_stacks;
+    // The template and background panels; the view holds the shape and text panels.
+    CSubForm1_1* m_pSubForm1_1 = nullptr;
+    CSubForm1_2* m_pSubForm1_2 = nullptr;
+    CSubForm2_1* m_pSubForm2_1 = nullptr;
+    CSubForm2_2* m_pSubForm2_2 = nullptr;
     CControlPos m_controlPos;
     std::map<int, QAction*> m_actions;
     struct ToolButtonEntry {

@@ -3,6 +3,7 @@
 #include "app/CSendrillDlg.h"
 
 #include "document/CDrawDoc.h"
+#include "panels/CSubForm2_1.h"
 #include "platform/Folders.h"
 #include "platform/MessageBox.h"
 #include "platform/graphics/Image.h"
@@ -72,6 +73,7 @@ void CSendrillDlg::OnFileNew()
     m_pView->ClearSelection();
     m_pDoc->ClearLabels();
     m_pView->viewport()->update();
+    m_pSubForm2_1->LoadFromDocument();
     m_pDoc->SetModifiedFlag(false);
     m_strProjectPath.clear();
 }

@@ -8,13 +8,18 @@
 #include "controls/CImageButton.h"
 #include "document/CDrawDoc.h"
 #include "objects/CDrawText.h"
+#include "panels/CLineProperty.h"
+#include "panels/CSubForm1_1.h"
+#include "panels/CSubForm1_2.h"
+#include "panels/CSubForm2_1.h"
+#include "panels/CSubForm2_2.h"
+#include "panels/CTextForm.h"
 #include "undo/CAction.h"
 #include "view/CDrawTool.h"
 #include "view/CNetworkView.h"
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFrame>
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QResizeEvent>
@@ -105,24 +110,54 @@ void CSendrillDlg::CreateLayout()
 
 void CSendrillDlg::CreatePanels()
 {
-    // Each stack's pages, in their order. Until a panel is built its page is an empty frame
-    // of the place holder's size, so the stacks already show and hide as they will.
+    m_pSubForm1_1 = new CSubForm1_1;
+    m_pSubForm1_2 = new CSubForm1_2;
+    m_pSubForm2_1 = new CSubForm2_1;
+    m_pSubForm2_2 = new CSubForm2_2;
+    auto* lineProperty = new CLineProperty;
+    auto* textForm = new CTextForm;
+    // Each stack's pages, in their order.
     const struct {
         int stack;
         int dialogId;
-        const char* name;
+        QWidget* page;
     } pages[] = {
-        {0, 332, "CSubForm1_1"}, {0, 1540, "CSubForm1_2"}, {1, 226, "CSubForm2_1"},
-        {1, 157, "CSubForm2_2"}, {2, 331, "CLineProperty"}, {2, 328, "CTextForm"},
+        {0, 332, m_pSubForm1_1}, {0, 1540, m_pSubForm1_2}, {1, 226, m_pSubForm2_1},
+        {1, 157, m_pSubForm2_2}, {2, 331, lineProperty},  {2, 328, textForm},
     };
     for (const auto& page : pages) {
         QWidget* holder = m_stackHolders[size_t(page.stack)];
-        auto* frame = new QFrame;
-        frame->setObjectName(QString::fromLatin1(page.name));
-        frame->setFrameShape(QFrame::StyledPanel);
-        frame->resize(holder->size());
-        m_stacks[size_t(page.stack)].AddPage(page.dialogId, m_pClient, holder, frame);
+        // A page fills its place holder, which the layout may have scaled to fit the window.
+        page.page->setFixedSize(holder->size());
+        m_stacks[size_t(page.stack)].AddPage(page.dialogId, m_pClient, holder, page.page);
     }
+
+    m_pSubForm1_1->SetView(m_pView);
+    m_pSubForm1_2->SetView(m_pView);
+    m_pSubForm2_1->SetView(m_pView);
+    m_pSubForm2_2->SetView(m_pView);
+    // The view loads the shape and text panels as the selection and the tool change.
+    m_pView->SetPanels(lineProperty, textForm);
+    m_pView->LoadPanels(nullptr);
+
+    // A template chosen from the disc panel may be a sheet, whose labels the sheet panel lists
+    // afresh; one chosen from the sheet panel (which lists its labels itself) may be a tray,
+    // whose diameters the disc panel shows.
+    connect(m_pSubForm1_1, &CSubForm1_1::templateChanged, this, [this] {
+        m_pSubForm1_2->RebuildLabels();
+        ChooseTemplatePage();
+    });
+    connect(m_pSubForm1_2, &CSubForm1_2::templateChanged, this, [this] {
+        if (m_pDoc->IsPrinterTemplate())
+            m_pSubForm1_1->LoadFromDocument();
+        ChooseTemplatePage();
+    });
+    connect(m_pSubForm2_1, &CSubForm2_1::selectBackgroundRequested, this, &CSendrillDlg::OnSelectBackground);
+    connect(m_pSubForm2_1, &CSubForm2_1::patternRequested, this, &CSendrillDlg::OnBackgroundPattern);
+    connect(m_pSubForm2_1, &CSubForm2_1::adjustRequested, this, &CSendrillDlg::OnAdjustBackground);
+    connect(m_pSubForm2_1, &CSubForm2_1::backgroundChosen, this, &CSendrillDlg::OnBackgroundChosen);
+    connect(m_pSubForm2_2, &CSubForm2_2::finished, this, [this] { m_nPanelBack = 0; });
+
     ChooseTemplatePage();
     m_stacks[1].Show(m_nPanelBack);
 }

@@ -7,6 +7,7 @@
 #include "app/CSendrillApp.h"
 #include "app/CommandIds.h"
 #include "document/CDrawDoc.h"
+#include "panels/CSubForm1_1.h"
 #include "platform/Clipboard.h"
 #include "platform/Profile.h"
 #include "platform/Shell.h"
@@ -285,6 +286,7 @@ void CSendrillDlg::OnEditUndo()
     if (!g_undoManager.CanUndo(m_pDoc.get(), 1))
         return;
     g_undoManager.Undo(m_pDoc.get(), 1);
+    ReloadPanels();
 }
 
 void CSendrillDlg::OnEditRedo()
@@ -292,6 +294,14 @@ void CSendrillDlg::OnEditRedo()
     if (!g_undoManager.CanRedo(m_pDoc.get(), 1))
         return;
     g_undoManager.Redo(m_pDoc.get(), 1);
+    ReloadPanels();
+}
+
+void CSendrillDlg::ReloadPanels()
+{
+    // The step may have changed what the panels show of the selection's head.
+    if (!m_pView->m_selection.empty())
+        m_pView->LoadPanels(m_pView->m_selection.front());
 }
 
 void CSendrillDlg::OnUnits(int units)
@@ -299,6 +309,8 @@ void CSendrillDlg::OnUnits(int units)
     if (Profile::GetInt(Settings, QStringLiteral("Units"), 1) == units)
         return;
     Profile::WriteInt(Settings, QStringLiteral("Units"), units);
+    m_pSubForm1_1->LoadUnits();
+    m_pSubForm1_1->LoadFromDocument();
     // The grid follows the units.
     update();
     m_pView->viewport()->update();

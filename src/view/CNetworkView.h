@@ -9,6 +9,8 @@
 #include <functional>
 
 class CDrawTool;
+class CLineProperty;
+class CTextForm;
 
 // The one view on the label, the canvas of the main window. It holds the selection, hands
 // mouse and arrow-key input to the current tool, paints the label through the document's one
@@ -62,12 +64,22 @@ public:
     void OnShowGrid();
     // The zoom buttons: the zoom tool in the mode given.
     void OnZoomTool(int mode);
-    // Chooses a tool as its button or key does: the selection emptied, then the tool current.
+    // Chooses a tool as its button or key does: the selection emptied, the panel loaded with
+    // the values the tool's next object takes, then the tool current.
     void SelectTool(int number);
     // Whether a command can run now, for its menu entry.
     bool CanMoveBackward() const;
     bool CanMoveForward() const;
     static bool CanPaste();
+
+    // ---- the panels that follow the selection (CNetworkView_Panels.cpp)
+    // The shape and text panels, which the window places; the view loads them.
+    void SetPanels(CLineProperty* lineProperty, CTextForm* textForm);
+    // Shows the object in its panel (a text in the text pages, anything else in the shape
+    // panel); null shows the values of the current tool's next object.
+    void LoadPanels(CDrawObj* object) override;
+    // The shape panel's argument for a tool: its shape, with 0x100 where the aspect is locked.
+    static int PanelArgument(int tool);
 
     // ---- fill commands of the context menu, each one step of the history over the selection.
     // A picture from the Clip Art folder, centred and fitted.
@@ -118,6 +130,8 @@ private:
     void ChangeSelectedFills(const std::function<void(CDrawObj&)>& change);
 
     CDrawDoc* m_pDrawDoc;
+    CLineProperty* m_pLineProperty = nullptr;
+    CTextForm* m_pTextForm = nullptr;
     bool m_bActive = true;
     bool m_bCapture = false;
     Qt::KeyboardModifiers m_modifiers;

@@ -163,13 +163,6 @@ void CNetworkView::OnZoomTool(int mode)
     SetZoomMode(mode);
 }
 
-void CNetworkView::SelectTool(int number)
-{
-    ClearSelection();
-    // The shape and text panels show the defaults of the tool once they exist.
-    g_currentTool = number;
-}
-
 QString CNetworkView::AskClipArtFile()
 {
     QFileDialog dialog(this, QString(), Folders::InstallDirectory() + QStringLiteral("Clip Art/"), PictureFilter);

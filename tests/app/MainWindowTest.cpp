@@ -26,6 +26,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QProcess>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
@@ -82,6 +83,19 @@ protected:
         QEvent event(QEvent::User);
         QApplication::sendEvent(dlg.get(), &event);
         return {dlg->Stack(0).Current(), dlg->Stack(1).Current(), dlg->Stack(2).Current()};
+    }
+    // The showing control a user finds by its caption or accessible name.
+    template <typename Widget>
+    Widget* visibleChild(const QString& name) const
+    {
+        pages();
+        for (Widget* widget : dlg->findChildren<Widget*>()) {
+            const bool named = widget->accessibleName() == name || widget->property("text").toString() == name;
+            if (named && widget->isVisible())
+                return widget;
+        }
+        ADD_FAILURE() << "no visible control " << name.toStdString();
+        return nullptr;
     }
     CDrawObj* addRect()
     {
@@ -365,6 +379,29 @@ TEST_F(MainWindow, BackgroundChangesAreStepsOfTheHistory)
     doc().GetBackgroundAdjust(x, y, scale);
     EXPECT_EQ(x, 0);
     EXPECT_EQ(scale, 1.0);
+}
+
+TEST_F(MainWindow, PanelsChangeTheLabelAndFollowTheHistory)
+{
+    // "Background Pattern" of the background panel: the pattern sheet, its OK one step.
+    QTimer::singleShot(0, [] { static_cast<QDialog*>(QApplication::activeModalWidget())->accept(); });
+    QTest::mouseClick(visibleChild<QPushButton>(QStringLiteral("Background Pattern")), Qt::LeftButton);
+    EXPECT_EQ(doc().GetHatchStyle(), 0);
+    dlg->OnCommand(EditUndo);
+    EXPECT_EQ(doc().GetHatchStyle(), -1);
+
+    // The shape panel edits the selected shape at each keystroke; an undo takes the last one
+    // back and the panel shows the shape as it is again.
+    CDrawObj* rect = addRect();
+    view().Select(rect, false);
+    auto* transparency = visibleChild<QLineEdit>(QStringLiteral("Transparency"));
+    transparency->selectAll();
+    QTest::keyClick(transparency, Qt::Key_4);
+    QTest::keyClick(transparency, Qt::Key_0);
+    EXPECT_EQ(rect->m_transparency, 40);
+    dlg->OnCommand(EditUndo);
+    EXPECT_EQ(rect->m_transparency, 4);
+    EXPECT_EQ(transparency->text(), QStringLiteral("4"));
 }
 
 TEST_F(MainWindow, FilesThatAreNoProjectsAreRefusedWithoutHarm)
