@@ -7,6 +7,7 @@
 #include "platform/graphics/Graphics.h"
 #include "platform/graphics/GraphicsPath.h"
 #include "platform/graphics/Matrix.h"
+#include "platform/graphics/SolidBrush.h"
 #include "templates/CTemplateFile.h"
 #include "templates/CTemplateObject.h"
 
@@ -17,14 +18,21 @@
 
 namespace {
 
-constexpr int Resolution = 300;
+// Label N's picture at a resolution: its outline with the bleed round it.
+QSize labelPixels(CDrawDoc& doc, int label, int resolution)
+{
+    const CSize size = doc.GetLogicalSize(resolution, resolution, doc.FindLabelObject(label - 1));
+    const double bleed = doc.IsPrinterTemplate() ? 0.0 : doc.GetTemplateBleed();
+    return QSize(int(std::ceil(size.cx + 2 * bleed * resolution)), int(std::ceil(size.cy + 2 * bleed * resolution)));
+}
 
 bool writePdf(const QImage& image, const QString& path)
 {
     QPdfWriter writer(path);
-    writer.setResolution(Resolution);
+    writer.setResolution(RenderCommand::Resolution);
     writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    writer.setPageSize(QPageSize(QSizeF(image.width() / double(Resolution), image.height() / double(Resolution)),
+    constexpr double resolution = RenderCommand::Resolution;
+    writer.setPageSize(QPageSize(QSizeF(image.width() / resolution, image.height() / resolution),
                                  QPageSize::Inch, QString(), QPageSize::ExactMatch));
     QPainter painter;
     if (!painter.begin(&writer))
@@ -90,23 +98,42 @@ int RenderCommand::Run(const QStringList& args, QTextStream& out, QTextStream& e
     return ExitOk;
 }
 
-QImage RenderCommand::RenderLabel(CDrawDoc& doc, int label)
+QImage RenderCommand::RenderLabel(CDrawDoc& doc, int label, int resolution, gfx::Color outside)
 {
     const int objectIndex = doc.FindLabelObject(label - 1);
-    const CSize size = doc.GetLogicalSize(Resolution, Resolution, objectIndex);
-    const double bleed = doc.IsPrinterTemplate() ? 0.0 : doc.GetTemplateBleed();
-    const int width = int(std::ceil(size.cx + 2 * bleed * Resolution));
-    const int height = int(std::ceil(size.cy + 2 * bleed * Resolution));
+    const QSize size = labelPixels(doc, label, resolution);
+    const int width = size.width();
+    const int height = size.height();
     if (width <= 0 || height <= 0 || qint64(width) * height > gfx::Image::MaxPixels)
         return {};
     gfx::Bitmap bitmap(width, height);
     gfx::Graphics graphics(bitmap);
     RenderQuality::Apply(graphics);
-    graphics.Clear(gfx::Color(255, 255, 255, 255));
+    graphics.Clear(outside);
+    // The label is laid out in its own units, 300 to the inch, and scaled to the picture as the
+    // window scales it to the screen.
     gfx::GraphicsPath outline;
     doc.BuildLabelPath(Resolution, Resolution, outline, objectIndex, true);
-    graphics.SetTransform(gfx::Matrix(1, 0, 0, -1, width / 2.0f, height / 2.0f));
+    const float scale = float(resolution) / Resolution;
+    graphics.SetTransform(gfx::Matrix(scale, 0, 0, -scale, width / 2.0f, height / 2.0f));
+    graphics.FillPath(gfx::SolidBrush(gfx::Color(255, 255, 255)), outline);
     graphics.SetClip(outline);
     doc.DrawLabel(graphics, Resolution, Resolution, nullptr, label - 1, true);
     return bitmap.image();
+}
+
+int RenderCommand::ResolutionFor(CDrawDoc& doc, int label, int pixels)
+{
+    // The picture grows with the resolution, so the first guess from a large one is at most one
+    // step short.
+    constexpr int Probe = 1000;
+    const QSize probe = labelPixels(doc, label, Probe);
+    const int longer = std::max(probe.width(), probe.height());
+    if (longer <= 0)
+        return Resolution;
+    int resolution = std::max(1, int(qint64(pixels) * Probe / longer));
+    for (QSize size = labelPixels(doc, label, resolution); std::max(size.width(), size.height()) < pixels;
+         size = labelPixels(doc, label, resolution))
+        ++resolution;
+    return resolution;
 }

@@ -7,6 +7,7 @@
 #include "ResaveCommand.h"
 #include "RewriteCommand.h"
 #include "TemplatesCommand.h"
+#include "ThumbnailCommand.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -26,6 +27,7 @@ std::vector<std::unique_ptr<CliCommand>> AllCommands()
     commands.push_back(std::make_unique<DumpCommand>());
     commands.push_back(std::make_unique<ResaveCommand>());
     commands.push_back(std::make_unique<RenderCommand>());
+    commands.push_back(std::make_unique<ThumbnailCommand>());
     return commands;
 }
 
@@ -45,8 +47,11 @@ int main(int argc, char** argv)
 {
     // No command needs a display, but those that open projects lay out text and so need fonts,
     // which take QGuiApplication; it runs on the offscreen platform when QT_QPA_PLATFORM is unset.
-    const bool opensProjects = argc > 1
-        && (qstrcmp(argv[1], "dump") == 0 || qstrcmp(argv[1], "resave") == 0 || qstrcmp(argv[1], "render") == 0);
+    const bool thumbnail = argc > 1 && qstrcmp(argv[1], "thumbnail") == 0;
+    if (thumbnail)
+        ThumbnailCommand::Confine();
+    const bool opensProjects = thumbnail || (argc > 1
+        && (qstrcmp(argv[1], "dump") == 0 || qstrcmp(argv[1], "resave") == 0 || qstrcmp(argv[1], "render") == 0));
     if (opensProjects && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const std::unique_ptr<QCoreApplication> app = opensProjects ? std::make_unique<QGuiApplication>(argc, argv)
