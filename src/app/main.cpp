@@ -2,6 +2,7 @@
 #include "app/CommandLine.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QStringList>
 
 #include <cstdio>
@@ -30,6 +31,10 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Tessarelle"));
     QApplication::setApplicationName(QStringLiteral("Tessarelle"));
+    // The installed menu entry and icons carry this id; docks match the window to them by it.
+    const QString applicationId = QStringLiteral("example.palvex_systems.Tessarelle");
+    QGuiApplication::setDesktopFileName(applicationId);
+    QApplication::setWindowIcon(QIcon::fromTheme(applicationId));
 
     CSendrillApp app(arguments);
     app.InitInstance();
