@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
+#include <QHostInfo>
 #include <QMessageBox>
 #include <QNetworkAccessManager>
 #include <QNetworkInformation>
@@ -176,7 +177,9 @@ int CAutoUpdater::CompareVersions(const QString& a, const QString& b)
 
 bool CAutoUpdater::CheckForUpdate(const QString& folderUrl)
 {
-    if (NetworkSaysOffline())
+    // A host no name server knows is as good as no connection: the machine is offline, or no
+    // update server has been set up for it; neither is worth a message at every start.
+    if (NetworkSaysOffline() || QHostInfo::fromName(QUrl(folderUrl).host()).error() == QHostInfo::HostNotFound)
         return false;
     std::unique_ptr<QNetworkReply> reply(OpenUrl(folderUrl + QStringLiteral("update.txt")));
     if (!reply) {

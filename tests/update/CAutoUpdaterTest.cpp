@@ -163,6 +163,11 @@ TEST_F(AutoUpdater, ChecksUpdateTxtAndSaysOnlyWhatTheUserCanActOn)
     messages.clear();
     EXPECT_FALSE(onWorker([&] { return CAutoUpdater(install.path() + QLatin1Char('/'), {1, 0, 0, 1}).CheckForUpdate("http://" + host + "/u/"); }));
     EXPECT_EQ(messages, QStringList{"Unable to connect to " + host + "!"});
+
+    // A host no name server knows ends the check as silently as a machine without a network.
+    messages.clear();
+    EXPECT_FALSE(onWorker([&] { return CAutoUpdater(install.path() + QLatin1Char('/'), {1, 0, 0, 1}).CheckForUpdate("http://no-such-host.invalid/u/"); }));
+    EXPECT_EQ(messages, QStringList());
 }
 
 TEST_F(AutoUpdater, DownloadsTheWholeFileOrNothing)
