@@ -3,6 +3,7 @@
 #include "app/CSendrillDlg.h"
 
 #include "document/CDrawDoc.h"
+#include "panels/CSubForm1_1.h"
 #include "panels/CSubForm2_1.h"
 #include "platform/Folders.h"
 #include "platform/MessageBox.h"
@@ -152,7 +153,11 @@ void CSendrillDlg::OnFilePrint()
 
 void CSendrillDlg::OnPrinterSetup()
 {
-    m_pDoc->GetPrinter().Choose(this, QString());
+    // The diameters are kept per printer: the disc panel shows the new printer's.
+    if (m_pDoc->GetPrinter().Choose(this, QString())) {
+        m_pSubForm1_1->LoadUnits();
+        m_pSubForm1_1->LoadFromDocument();
+    }
 }
 
 void CSendrillDlg::OnExit()
