@@ -1,8 +1,6 @@
 #include "controls/CArrowPicker.h"
 
 #include "controls/CArrowWnd.h"
-#include "controls/CColourPopupWnd.h"
-#include "controls/CToolTipDialog.h"
 #include "platform/graphics/ArrowHeads.h"
 #include "platform/graphics/Graphics.h"
 #include "platform/graphics/Image.h"
@@ -11,7 +9,7 @@
 #include <QPainter>
 #include <QRectF>
 #include <QStyle>
-#include <QStyleOptionButton>
+#include <QStyleOption>
 #include <algorithm>
 
 namespace {
@@ -43,18 +41,10 @@ QImage MakeArrowImage(int nIndex)
 
 } // namespace
 
-CArrowPicker::CArrowPicker(QWidget* pParent) : QAbstractButton(pParent)
+CArrowPicker::CArrowPicker(QWidget* pParent) : CIndexPicker(pParent)
 {
-    setFocusPolicy(Qt::StrongFocus);
     for (int i = 0; i < gfx::ArrowHeads::PickerCount; ++i)
         m_images.push_back(MakeArrowImage(i));
-    connect(this, &QAbstractButton::clicked, this, &CArrowPicker::OnClicked);
-}
-
-void CArrowPicker::SetIndex(int nIndex)
-{
-    m_nIndex = nIndex;
-    update();
 }
 
 QString CArrowPicker::ArrowName(int nIndex)
@@ -67,44 +57,15 @@ QSize CArrowPicker::sizeHint() const
     return {ImageSize + 15 + 8, ImageSize + 4};
 }
 
-void CArrowPicker::OnClicked()
+CIndexPopupWnd* CArrowPicker::CreatePopup()
 {
-    if (m_bPopupOpen)
-        return;
-    m_bPopupOpen = true;
-    // The popup is a window of its own, deleted when it ends (or with the picker).
-    auto* pPopup = new CArrowWnd(this, m_nIndex);
-    connect(pPopup, &CArrowWnd::SelChange, this, &CArrowPicker::OnPopupSelChange);
-    connect(pPopup, &CArrowWnd::SelEndOK, this, &CArrowPicker::OnPopupSelEndOK);
-    connect(pPopup, &CArrowWnd::SelEndCancel, this, &CArrowPicker::OnPopupSelEndCancel);
-    update();
-}
-
-void CArrowPicker::OnPopupSelChange(int nIndex)
-{
-    SetIndex(nIndex);
-}
-
-void CArrowPicker::OnPopupSelEndOK(int nIndex)
-{
-    m_bPopupOpen = false;
-    SetIndex(nIndex);
-    emit SelEndOK(nIndex, ControlId(this));
-}
-
-void CArrowPicker::OnPopupSelEndCancel(int nIndex)
-{
-    m_bPopupOpen = false;
-    SetIndex(nIndex);
+    return new CArrowWnd(this, GetIndex());
 }
 
 void CArrowPicker::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    QStyleOptionButton option;
-    option.initFrom(this);
-    option.state |= isDown() || m_bPopupOpen ? QStyle::State_Sunken : QStyle::State_Raised;
-    style()->drawPrimitive(QStyle::PE_PanelButtonCommand, &option, &painter, this);
+    DrawFace(painter);
 
     // The head in the button less 15 pixels on the right, where the drop-down arrow goes.
     const QRect image = rect().adjusted(0, 0, -15, 0);
@@ -113,17 +74,13 @@ void CArrowPicker::paintEvent(QPaintEvent*)
     arrowOption.rect = QRect(image.right() + 1, height() / 2 - 5, 11, 10);
     style()->drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrowOption, &painter, this);
 
-    if (m_nIndex >= 0 && m_nIndex < GetImageCount()) {
+    const int nIndex = GetIndex();
+    if (nIndex >= 0 && nIndex < GetImageCount()) {
         if (!isEnabled())
             painter.setOpacity(0.4);
-        const QImage& picture = m_images[std::size_t(m_nIndex)];
+        const QImage& picture = m_images[std::size_t(nIndex)];
         painter.drawImage(image.center() - QPoint(picture.width() / 2, picture.height() / 2) + QPoint(1, 1), picture);
         painter.setOpacity(1.0);
     }
-    if (hasFocus()) {
-        QStyleOptionFocusRect focus;
-        focus.initFrom(this);
-        focus.rect = image.adjusted(3, 3, -1, -3);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
-    }
+    DrawFocus(painter, image.adjusted(3, 3, -1, -3));
 }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "controls/CIndexPopupWnd.h"
 
 class CArrowPicker;
 
 // The popup of CArrowPicker: one 30-pixel cell per arrow head, three a row, showing the
-// picker's images. It works as CLineWnd does, with the cells taken left to right, top to
-// bottom.
-class CArrowWnd : public QWidget {
+// picker's images, chosen as CIndexPopupWnd does.
+class CArrowWnd : public CIndexPopupWnd {
     Q_OBJECT
 
 public:
@@ -16,34 +15,10 @@ public:
 
     CArrowWnd(CArrowPicker* pPicker, int nIndex);
 
-    QRect CellRect(int nCell) const;
-
-signals:
-    void SelChange(int nIndex);
-    void SelEndOK(int nIndex);
-    void SelEndCancel(int nIndex);
-
 protected:
-    void paintEvent(QPaintEvent* pEvent) override;
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void mouseReleaseEvent(QMouseEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    void closeEvent(QCloseEvent* pEvent) override;
-    bool event(QEvent* pEvent) override;
+    QString CellName(int nCell) const override;
+    void DrawCell(QPainter& painter, const QRect& cell, int nCell) const override;
 
 private:
-    int HitTest(QPoint point) const;
-    void SetCurrent(int nCell);
-    void Select(int nCell);
-    void EndSelection(bool bCancelled);
-
     CArrowPicker* m_pPicker;
-    int m_nCount;
-    int m_nRows;
-    int m_nMargin;
-    int m_nInitial;
-    int m_nIndex;
-    int m_nCurrent = -1;
-    bool m_bClosing = false;
 };

@@ -2,15 +2,8 @@
 
 #include "controls/CColourPicker.h"
 
-#include <QApplication>
-#include <QCloseEvent>
 #include <QColorDialog>
-#include <QHelpEvent>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
-#include <QScreen>
-#include <QToolTip>
 #include <algorithm>
 #include <array>
 
@@ -78,14 +71,11 @@ QColor FromCOLORREF(gfx::COLORREF crColour)
 CColourPopupWnd::CColourPopupWnd(CColourPicker* pPicker, gfx::COLORREF crColour, const QString& strDefaultText,
                                  const QString& strCustomText, const QString& strEffectText,
                                  const QString& strClearText)
-    : QWidget(pPicker, Qt::Popup), m_pPicker(pPicker), m_crInitialColour(crColour), m_crColour(crColour),
+    : CPickerPopupWnd(pPicker), m_pPicker(pPicker), m_crInitialColour(crColour), m_crColour(crColour),
       m_strDefaultText(strDefaultText), m_strCustomText(strCustomText), m_strEffectText(strEffectText),
       m_strClearText(strClearText), m_nMargin(EdgeWidth)
 {
-    setAttribute(Qt::WA_DeleteOnClose);
-    setMouseTracking(true);
     setFont(pPicker->font());
-    setAccessibleName(pPicker->accessibleName());
 
     // A swatch narrower than 5 pixels couldn't be told from its edges.
     if (m_nBoxSize - 2 * m_nMargin - 2 < 5)
@@ -95,8 +85,7 @@ CColourPopupWnd::CColourPopupWnd(CColourPicker* pPicker, gfx::COLORREF crColour,
     SetWindowSize();
     FindCellFromColour();
     m_nCurrentSel = m_nChosenColourSel;
-    PlaceBelow(this, pPicker);
-    show();
+    ShowBelowPicker();
 }
 
 gfx::COLORREF CColourPopupWnd::TableColour(int nIndex)
@@ -144,25 +133,6 @@ void CColourPopupWnd::DrawEdge(QPainter& painter, const QRect& rect, int nEdge)
     painter.drawLine(rect.bottomLeft(), rect.bottomRight());
     painter.drawLine(rect.topRight(), rect.bottomRight());
     painter.restore();
-}
-
-void CColourPopupWnd::PlaceBelow(QWidget* pPopup, const QWidget* pPicker)
-{
-    const QPoint topLeft = pPicker->mapToGlobal(QPoint(0, 0));
-    QPoint place = pPicker->mapToGlobal(QPoint(0, pPicker->height()));
-    const QSize size = pPopup->size();
-    const QScreen* pScreen = pPicker->screen();
-    if (pScreen) {
-        const QRect screen = pScreen->availableGeometry();
-        if (place.x() + size.width() > screen.x() + screen.width())
-            place.setX(screen.x() + screen.width() - size.width());
-        if (place.x() < screen.x())
-            place.setX(screen.x());
-        if (place.y() + size.height() > screen.y() + screen.height())
-            place.setY(topLeft.y() - size.height());
-    }
-    // A popup has no frame: its client area goes where the picker ends.
-    pPopup->setGeometry(QRect(place, size));
 }
 
 bool CColourPopupWnd::HasCell(int nCell) const
@@ -265,7 +235,7 @@ int CColourPopupWnd::HitTest(QPoint point) const
     return nCell < ColourCount ? nCell : NoCell;
 }
 
-void CColourPopupWnd::ChangeSelection(int nCell)
+void CColourPopupWnd::TrackCell(int nCell)
 {
     if (nCell == m_nCurrentSel)
         return;
@@ -281,14 +251,8 @@ void CColourPopupWnd::ChangeSelection(int nCell)
     emit SelChange(m_crColour);
 }
 
-void CColourPopupWnd::EndSelection(bool bCancelled)
+void CColourPopupWnd::OnEndSelection(bool bCancelled)
 {
-    if (m_bClosing)
-        return;
-    m_bClosing = true;
-    // The dialogs below are modal windows of their own; the popup makes way for them first.
-    hide();
-
     if (!bCancelled) {
         switch (m_nCurrentSel) {
         case CustomCell: {
@@ -320,32 +284,9 @@ void CColourPopupWnd::EndSelection(bool bCancelled)
     } else {
         emit SelEndOK(m_crColour);
     }
-    close();
 }
 
-void CColourPopupWnd::mouseMoveEvent(QMouseEvent* pEvent)
-{
-    ChangeSelection(HitTest(pEvent->position().toPoint()));
-}
-
-void CColourPopupWnd::mousePressEvent(QMouseEvent* pEvent)
-{
-    // A press outside doesn't close the popup as Qt would: the release decides.
-    pEvent->accept();
-}
-
-void CColourPopupWnd::mouseReleaseEvent(QMouseEvent* pEvent)
-{
-    const QPoint point = pEvent->position().toPoint();
-    if (rect().contains(point)) {
-        ChangeSelection(HitTest(point));
-        EndSelection(false);
-    } else {
-        EndSelection(true);
-    }
-}
-
-void CColourPopupWnd::keyPressEvent(QKeyEvent* pEvent)
+bool CColourPopupWnd::MoveByKey(int nKey)
 {
     const bool bHasDefault = HasCell(DefaultCell);
     const bool bHasCustom = HasCell(CustomCell);
@@ -356,72 +297,48 @@ void CColourPopupWnd::keyPressEvent(QKeyEvent* pEvent)
     const int nCell = m_nCurrentSel;
     const bool bInGrid = nCell >= 0;
 
-    switch (pEvent->key()) {
+    switch (nKey) {
     case Qt::Key_Down:
         if (bInGrid)
-            ChangeSelection(nCell + Columns <= nLast ? nCell + Columns : afterGrid());
+            TrackCell(nCell + Columns <= nLast ? nCell + Columns : afterGrid());
         else if (nCell == CustomCell)
-            ChangeSelection(bHasDefault ? int(DefaultCell) : 0);
+            TrackCell(bHasDefault ? int(DefaultCell) : 0);
         else
-            ChangeSelection(0);
+            TrackCell(0);
         break;
     case Qt::Key_Up:
         if (bInGrid)
-            ChangeSelection(nCell - Columns >= 0 ? nCell - Columns : beforeGrid());
+            TrackCell(nCell - Columns >= 0 ? nCell - Columns : beforeGrid());
         else if (nCell == DefaultCell)
-            ChangeSelection(bHasCustom ? int(CustomCell) : nLast);
+            TrackCell(bHasCustom ? int(CustomCell) : nLast);
         else
-            ChangeSelection(nLast);
+            TrackCell(nLast);
         break;
     case Qt::Key_Right:
         if (bInGrid)
-            ChangeSelection(nCell < nLast ? nCell + 1 : afterGrid());
+            TrackCell(nCell < nLast ? nCell + 1 : afterGrid());
         else if (nCell == CustomCell)
-            ChangeSelection(bHasDefault ? int(DefaultCell) : 0);
+            TrackCell(bHasDefault ? int(DefaultCell) : 0);
         else
-            ChangeSelection(0);
+            TrackCell(0);
         break;
     case Qt::Key_Left:
         if (bInGrid)
-            ChangeSelection(nCell > 0 ? nCell - 1 : beforeGrid());
+            TrackCell(nCell > 0 ? nCell - 1 : beforeGrid());
         else if (nCell == DefaultCell)
-            ChangeSelection(bHasCustom ? int(CustomCell) : nLast);
+            TrackCell(bHasCustom ? int(CustomCell) : nLast);
         else
-            ChangeSelection(nLast);
-        break;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        EndSelection(false);
-        break;
-    case Qt::Key_Escape:
-        EndSelection(true);
+            TrackCell(nLast);
         break;
     default:
-        QWidget::keyPressEvent(pEvent);
-        break;
+        return false;
     }
+    return true;
 }
 
-void CColourPopupWnd::closeEvent(QCloseEvent* pEvent)
+QString CColourPopupWnd::CellName(int nCell) const
 {
-    // Closed from outside, as when the application loses activation: the colour stays.
-    EndSelection(true);
-    QWidget::closeEvent(pEvent);
-}
-
-bool CColourPopupWnd::event(QEvent* pEvent)
-{
-    if (pEvent->type() == QEvent::ToolTip) {
-        const auto* pHelp = static_cast<QHelpEvent*>(pEvent);
-        const int nCell = HitTest(pHelp->pos());
-        if (nCell >= 0)
-            QToolTip::showText(pHelp->globalPos(), TableName(nCell), this, CellRect(nCell));
-        else
-            QToolTip::hideText();
-        return true;
-    }
-    return QWidget::event(pEvent);
+    return TableName(nCell);
 }
 
 void CColourPopupWnd::DrawCell(QPainter& painter, int nCell)

@@ -1,16 +1,12 @@
 #pragma once
 
-#include <QWidget>
+#include "controls/CIndexPopupWnd.h"
 
 class CLinePicker;
 
 // The popup of CLinePicker: five rows, one per dash style, each a thick black line in that
-// style. It takes the mouse and the keyboard while it is open; the row under the mouse is
-// raised and the present one sunken. Moving over a row or to it with the arrow keys makes it
-// the present one; a click inside, Enter or Space ends with it, and a click outside, Escape or
-// the application losing activation puts the index from before back. It ends once and then
-// deletes itself.
-class CLineWnd : public QWidget {
+// style, chosen as CIndexPopupWnd does.
+class CLineWnd : public CIndexPopupWnd {
     Q_OBJECT
 
 public:
@@ -19,33 +15,11 @@ public:
 
     CLineWnd(CLinePicker* pPicker, int nIndex);
 
-    QRect RowRect(int nRow) const;
+    QRect RowRect(int nRow) const { return CellRect(nRow); }
     // The row's line, as the picker's own face draws it too.
     static void DrawLine(QPainter& painter, const QRect& rect, int nDashStyle);
 
-signals:
-    void SelChange(int nIndex);
-    void SelEndOK(int nIndex);
-    void SelEndCancel(int nIndex);
-
 protected:
-    void paintEvent(QPaintEvent* pEvent) override;
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void mouseReleaseEvent(QMouseEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    void closeEvent(QCloseEvent* pEvent) override;
-    bool event(QEvent* pEvent) override;
-
-private:
-    int HitTest(QPoint point) const;
-    void SetCurrent(int nRow);
-    void Select(int nRow);
-    void EndSelection(bool bCancelled);
-
-    int m_nMargin;
-    int m_nInitial;
-    int m_nIndex;
-    int m_nCurrent = -1;
-    bool m_bClosing = false;
+    QString CellName(int nCell) const override;
+    void DrawCell(QPainter& painter, const QRect& cell, int nCell) const override;
 };
