@@ -21,7 +21,7 @@ void CNetworkView::LoadPanels(CDrawObj* object)
     if (!m_pLineProperty)
         return;
     if (!object) {
-        // The tool's number, not its panel argument, as an empty click has always loaded it.
+        // An empty click loads the tool's plain number, which carries no aspect lock.
         m_pLineProperty->LoadForTool(g_currentTool);
         m_pTextForm->LoadDefaults();
         return;
