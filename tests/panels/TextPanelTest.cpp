@@ -325,7 +325,7 @@ TEST_F(TextPanel, LongTextsAndUnreadableDataFilesAreToldOrCutNotHung)
     // Five megabytes of bytes of every value: the first record is laid out, cut to its length.
     QByteArray noise(5 << 20, '\0');
     for (int i = 0; i < noise.size(); ++i)
-        noise[i] = char((i * 7919) >> 3);
+        noise[i] = char((unsigned(i) * 7919u) >> 3);
     g_dataFields[0].FileName = folder.write(QStringLiteral("noise.bin"), noise);
     messages.clear();
     QTest::keyClick(textEdit(), Qt::Key_Backspace);
