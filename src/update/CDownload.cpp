@@ -1,7 +1,7 @@
 #include "update/CDownload.h"
 
 #include "controls/CToolTipDialog.h"
-#include "update/CBusyIndicator.h"
+#include "controls/CBusyIndicator.h"
 
 #include <QGuiApplication>
 #include <QHBoxLayout>

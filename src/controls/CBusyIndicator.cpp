@@ -1,4 +1,4 @@
-#include "update/CBusyIndicator.h"
+#include "controls/CBusyIndicator.h"
 
 #include <QPainter>
 #include <QPalette>
