@@ -1,6 +1,9 @@
 #include "platform/Spooler.h"
 
 #include <QFile>
+#include <QHash>
+#include <QSet>
+#include <QStringDecoder>
 #include <QTemporaryFile>
 
 #include <algorithm>
@@ -125,16 +128,136 @@ QList<SpoolerOption> ppdDefaults(const QByteArray& ppd)
     return defaults;
 }
 
-QByteArray fetchPpd(http_t* http, const QString& queue)
+// The queue's PPD; empty when it has none (*status HTTP_STATUS_NOT_FOUND) or can't be fetched.
+QByteArray fetchPpd(http_t* http, const QString& queue, http_status_t* status = nullptr)
 {
     QTemporaryFile file;
     if (!file.open())
         return {};
     const QByteArray resource = "/printers/" + queue.toUtf8() + ".ppd";
-    if (cupsGetFd(http, resource.constData(), file.handle()) != HTTP_STATUS_OK)
+    const http_status_t got = cupsGetFd(http, resource.constData(), file.handle());
+    if (status)
+        *status = got;
+    if (got != HTTP_STATUS_OK)
         return {};
     file.seek(0);
     return file.readAll();
+}
+
+// A PPD text: "<E9>" stands for the byte 0xE9, and the bytes are UTF-8 or, failing that, the
+// ISO Latin 1 that most drivers write.
+QString ppdText(const QByteArray& raw)
+{
+    QByteArray bytes;
+    for (qsizetype i = 0; i < raw.size(); ++i) {
+        const qsizetype end = raw[i] == '<' ? raw.indexOf('>', i) : -1;
+        if (end < 0) {
+            bytes += raw[i];
+            continue;
+        }
+        const QByteArray hex = QByteArray::fromHex(raw.mid(i + 1, end - i - 1));
+        bytes += hex;
+        i = end;
+    }
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = utf8(bytes);
+    return utf8.hasError() ? QString::fromLatin1(bytes) : text;
+}
+
+// One line of a PPD: "*Main Option/Label: value", each part but the first possibly empty.
+struct PpdLine {
+    QByteArray main;
+    QByteArray option;
+    QByteArray label;
+    QByteArray value;
+};
+
+// False for comments, the ends of long values and anything else without a keyword and colon.
+bool splitPpdLine(const QByteArray& line, PpdLine* parts)
+{
+    if (!line.startsWith('*') || line.startsWith("*%"))
+        return false;
+    const qsizetype colon = line.indexOf(':');
+    if (colon < 0)
+        return false;
+    const QByteArray head = line.mid(1, colon - 1).trimmed();
+    qsizetype blank = 0;
+    while (blank < head.size() && head[blank] != ' ' && head[blank] != '\t')
+        ++blank;
+    parts->main = head.left(blank);
+    const QByteArray rest = head.mid(blank).trimmed();
+    const qsizetype slash = rest.indexOf('/');
+    parts->option = slash < 0 ? rest : rest.left(slash).trimmed();
+    parts->label = slash < 0 ? QByteArray() : rest.mid(slash + 1).trimmed();
+    parts->value = line.mid(colon + 1).trimmed();
+    return true;
+}
+
+// "Name/Label" as a value (of *OpenGroup, *OpenUI's keyword); the label, else the name.
+QString labelOf(const QByteArray& nameAndLabel, QByteArray* name = nullptr)
+{
+    const qsizetype slash = nameAndLabel.indexOf('/');
+    const QByteArray key = (slash < 0 ? nameAndLabel : nameAndLabel.left(slash)).trimmed();
+    if (name)
+        *name = key;
+    const QByteArray label = slash < 0 ? QByteArray() : nameAndLabel.mid(slash + 1).trimmed();
+    return ppdText(label.isEmpty() ? key : label);
+}
+
+// A keyword as a person reads it: "two-sided-long-edge" as "Two sided long edge".
+QString readable(const QString& keyword)
+{
+    QString text = keyword;
+    text.replace(QLatin1Char('-'), QLatin1Char(' ')).replace(QLatin1Char('_'), QLatin1Char(' '));
+    if (!text.isEmpty())
+        text[0] = text[0].toUpper();
+    return text;
+}
+
+// The options of a queue without a PPD, from the attributes of a Get-Printer-Attributes answer.
+QList<SpoolerChoice> ippChoices(ipp_t* response)
+{
+    static const struct {
+        const char* keyword;
+        const char* label;
+    } known[] = {{"media", "Paper Size"},       {"media-source", "Paper Source"},
+                 {"media-type", "Media Type"},  {"print-quality", "Print Quality"},
+                 {"print-color-mode", "Color Mode"}, {"sides", "Two-Sided"}};
+    // print-quality is an enum; a job option names its values as CUPS spells them, "high".
+    const auto keywordOf = [](ipp_attribute_t* attribute, int index) {
+        if (ippGetValueTag(attribute) == IPP_TAG_ENUM)
+            return QString::fromUtf8(ippEnumString(ippGetName(attribute), ippGetInteger(attribute, index)));
+        return QString::fromUtf8(ippGetString(attribute, index, nullptr));
+    };
+    QList<SpoolerChoice> options;
+    for (const auto& [keyword, label] : known) {
+        const QByteArray name = keyword;
+        ipp_attribute_t* supported = ippFindAttribute(response, (name + "-supported").constData(), IPP_TAG_ZERO);
+        if (!supported || ippGetValueTag(supported) < IPP_TAG_INTEGER)
+            continue;
+        SpoolerChoice option{QString::fromLatin1(keyword), QString::fromLatin1(label), QStringLiteral("General"), {}, {}};
+        for (int i = 0; i < ippGetCount(supported); ++i) {
+            const QString value = keywordOf(supported, i);
+            if (value.isEmpty())
+                continue;
+            QString text = readable(value);
+            // Sizes by the names people know them by: "iso_a4_210x297mm" is "A4".
+            const pwg_media_t* media = name == "media" ? pwgMediaForPWG(value.toUtf8().constData()) : nullptr;
+            if (media && media->ppd)
+                text = QString::fromUtf8(media->ppd);
+            option.choices.append({value, text});
+        }
+        if (option.choices.isEmpty())
+            continue;
+        ipp_attribute_t* preset = ippFindAttribute(response, (name + "-default").constData(), IPP_TAG_ZERO);
+        const QString wanted = preset && ippGetValueTag(preset) >= IPP_TAG_INTEGER ? keywordOf(preset, 0) : QString();
+        option.defaultChoice = option.choices.first().keyword;
+        for (const SpoolerChoice::Value& choice : option.choices)
+            if (choice.keyword == wanted)
+                option.defaultChoice = wanted;
+        options.append(option);
+    }
+    return options;
 }
 
 } // namespace
@@ -274,6 +397,103 @@ bool Spooler::GetPrinter(const QString& queue, SpoolerPrinter* printer, int* err
     std::stable_sort(printer->jobOptions.begin(), printer->jobOptions.end(),
                      [](const SpoolerOption& a, const SpoolerOption& b) { return a.first < b.first; });
     return true;
+}
+
+bool Spooler::GetOptionChoices(const QString& queue, QList<SpoolerChoice>* options, int* error)
+{
+    options->clear();
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    ipp_t* request = newRequest(IPP_OP_GET_PRINTER_ATTRIBUTES, queue);
+    static const char* const wanted[] = {
+        "media-supported",          "media-default",         "media-source-supported", "media-source-default",
+        "media-type-supported",     "media-type-default",    "print-quality-supported", "print-quality-default",
+        "print-color-mode-supported", "print-color-mode-default", "sides-supported",   "sides-default"};
+    ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
+                  int(sizeof wanted / sizeof wanted[0]), nullptr, wanted);
+    ipp_t* response = cupsDoRequest(connection.get(), request, "/");
+    if (!response || cupsFailed()) {
+        ippDelete(response);
+        return failFromCups(error), false;
+    }
+    http_status_t status = HTTP_STATUS_OK;
+    const QByteArray ppd = fetchPpd(connection.get(), queue, &status);
+    if (status == HTTP_STATUS_OK)
+        *options = ParsePpd(ppd);
+    else if (status == HTTP_STATUS_NOT_FOUND)
+        *options = ippChoices(response);
+    ippDelete(response);
+    if (status != HTTP_STATUS_OK && status != HTTP_STATUS_NOT_FOUND)
+        return fail(ErrorUnavailable, QStringLiteral("The driver of %1 can't be read: %2")
+                                          .arg(queue, QString::fromUtf8(httpStatus(status))), error), false;
+    return true;
+}
+
+QList<SpoolerChoice> Spooler::ParsePpd(const QByteArray& ppd)
+{
+    QList<SpoolerChoice> options;
+    QHash<QString, QString> defaults;
+    QString group;
+    bool installable = false;
+    // The option whose choices are being read; none between *CloseUI and the next *OpenUI, and
+    // none for an option left out.
+    SpoolerChoice* current = nullptr;
+    QSet<QString> seen;
+    bool inQuotes = false;
+    PpdLine line;
+    for (QByteArray raw : ppd.split('\n')) {
+        if (raw.endsWith('\r'))
+            raw.chop(1);
+        // A quoted value may run over several lines, which are no keywords of their own.
+        if (inQuotes) {
+            inQuotes = raw.count('"') % 2 == 0;
+            continue;
+        }
+        if (!splitPpdLine(raw, &line))
+            continue;
+        inQuotes = line.value.count('"') % 2 == 1;
+        if (line.main == "OpenGroup") {
+            QByteArray name;
+            group = labelOf(line.value, &name);
+            installable = name == "InstallableOptions";
+            current = nullptr;
+        } else if (line.main == "CloseGroup") {
+            group.clear();
+            installable = false;
+            current = nullptr;
+        } else if ((line.main == "OpenUI" || line.main == "JCLOpenUI") && line.option.startsWith('*')) {
+            current = nullptr;
+            const QString keyword = QString::fromUtf8(line.option.mid(1));
+            const bool wanted = line.value == "PickOne" || line.value == "Boolean";
+            if (!wanted || installable || keyword == QLatin1String("PageRegion") || seen.contains(keyword))
+                continue;
+            seen.insert(keyword);
+            const QString label = ppdText(line.label.isEmpty() ? line.option.mid(1) : line.label);
+            options.append({keyword, label, group.isEmpty() ? QStringLiteral("General") : group, {}, {}});
+            current = &options.last();
+        } else if (line.main == "CloseUI" || line.main == "JCLCloseUI") {
+            current = nullptr;
+        } else if (line.main.startsWith("Default") && line.option.isEmpty()) {
+            defaults.insert(QString::fromUtf8(line.main.mid(7)), QString::fromUtf8(line.value));
+        } else if (current && !line.option.isEmpty() && QString::fromUtf8(line.main) == current->keyword) {
+            const QString choice = QString::fromUtf8(line.option);
+            const QString key = current->keyword + QLatin1Char('/') + choice;
+            if (seen.contains(key))
+                continue;
+            seen.insert(key);
+            current->choices.append({choice, ppdText(line.label.isEmpty() ? line.option : line.label)});
+        }
+    }
+    options.removeIf([](const SpoolerChoice& option) { return option.choices.isEmpty(); });
+    for (SpoolerChoice& option : options) {
+        const QString wanted = defaults.value(option.keyword);
+        option.defaultChoice = option.choices.first().keyword;
+        for (const SpoolerChoice::Value& choice : option.choices)
+            if (choice.keyword == wanted)
+                option.defaultChoice = wanted;
+    }
+    return options;
 }
 
 int Spooler::CreateJob(const QString& queue, const QString& title, const QList<SpoolerOption>& options, int* error)

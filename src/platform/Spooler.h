@@ -22,6 +22,19 @@ struct SpoolerPrinter {
     QList<SpoolerOption> jobOptions;
 };
 
+// One option that a queue lets a user set, with the choices it takes, in the driver's order.
+struct SpoolerChoice {
+    struct Value {
+        QString keyword; // what a job option carries: "A4", "300dpi", "two-sided-long-edge"
+        QString label;   // what a person reads: "A4", "300 DPI"
+    };
+    QString keyword; // the job option's name: "PageSize", "InputSlot", "media-source", ...
+    QString label;   // "Page Size"
+    QString group;   // the label of the group the driver puts it in: "General"
+    QList<Value> choices; // never empty
+    QString defaultChoice; // the keyword of the queue's default; always one of the choices
+};
+
 // The print spooler: CUPS, reached through libcups. Nothing else in the program talks to CUPS.
 // Every call opens its own connection with a time limit, so a spooler that is gone or hangs
 // gives an error instead of a wait. Errors are IPP status codes (1030 not found, 1283 the
@@ -58,6 +71,16 @@ public:
     static bool FindPrinter(const QString& name, QString* queue, int* error = nullptr);
     // The queue's attributes and default job options.
     static bool GetPrinter(const QString& queue, SpoolerPrinter* printer, int* error = nullptr);
+    // Every option the queue offers a user: those of its PPD or, for a queue without one (a
+    // driverless or raw queue), the IPP job attributes it supports (media, media-source,
+    // media-type, print-quality, print-color-mode, sides). False when the spooler can't be
+    // asked or doesn't know the queue.
+    static bool GetOptionChoices(const QString& queue, QList<SpoolerChoice>* options, int* error = nullptr);
+    // The user's options of a PPD: the PickOne and Boolean options, in the file's order, with
+    // their groups, choices and defaults. PickMany options, installable options (the
+    // administrator's business), PageRegion (which follows PageSize) and custom sizes (which
+    // need numbers no list can offer) are left out, as are options without choices.
+    static QList<SpoolerChoice> ParsePpd(const QByteArray& ppd);
 
     // A job without documents yet: its number, or 0 on failure.
     static int CreateJob(const QString& queue, const QString& title, const QList<SpoolerOption>& options,

@@ -60,16 +60,26 @@ int DEVMODE::Copies(const QByteArray& record)
 
 void DEVMODE::SetCopies(QByteArray& record, int copies)
 {
+    SetOption(record, CopiesName, QString::number(copies));
+}
+
+QString DEVMODE::Option(const QByteArray& record, const QString& name)
+{
+    return value(Options(record), name);
+}
+
+void DEVMODE::SetOption(QByteArray& record, const QString& name, const QString& value)
+{
     QList<SpoolerOption> options = Options(record);
     bool found = false;
     for (SpoolerOption& option : options) {
-        if (option.first == CopiesName) {
-            option.second = QString::number(copies);
+        if (option.first == name) {
+            option.second = value;
             found = true;
         }
     }
     if (!found)
-        options.append({CopiesName, QString::number(copies)});
+        options.append({name, value});
     record = Build(options);
 }
 

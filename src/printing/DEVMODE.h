@@ -14,6 +14,11 @@ public:
     static QByteArray For(const SpoolerPrinter& printer) { return Build(printer.jobOptions); }
     static QList<SpoolerOption> Options(const QByteArray& record);
 
+    // One option's value; empty when the record doesn't hold it.
+    static QString Option(const QByteArray& record, const QString& name);
+    // Sets an option, in its place when the record holds it, else at the end.
+    static void SetOption(QByteArray& record, const QString& name, const QString& value);
+
     // Whether the record carries copies, their number (1 without), and a new number.
     static bool HasCopies(const QByteArray& record);
     static int Copies(const QByteArray& record);
