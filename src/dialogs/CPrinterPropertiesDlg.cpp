@@ -59,6 +59,7 @@ void CPrinterPropertiesDlg::CreateControls()
         auto* pageLayout = new QVBoxLayout(page);
         QFormLayout* form = nullptr;
         QString group;
+        QList<QLabel*> labels;
         for (const SpoolerChoice& option : m_options) {
             if (!form || option.group != group) {
                 group = option.group;
@@ -78,13 +79,21 @@ void CPrinterPropertiesDlg::CreateControls()
             combo->setCurrentIndex(std::max(index, 0));
             auto* label = new QLabel(literal(option.label) + QLatin1Char(':'), page);
             label->setBuddy(combo);
+            labels.append(label);
             form->addRow(label, combo);
             m_combos.append(combo);
             m_initial.append(combo->currentIndex());
         }
         pageLayout->addStretch();
+        // The lists of every group start in one column.
+        int labelWidth = 0;
+        for (const QLabel* label : labels)
+            labelWidth = std::max(labelWidth, label->sizeHint().width());
+        for (QLabel* label : labels)
+            label->setMinimumWidth(labelWidth);
 
         auto* scroll = new QScrollArea(this);
+        scroll->setFrameShape(QFrame::NoFrame);
         scroll->setWidget(page);
         scroll->setWidgetResizable(true);
         scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -112,7 +121,13 @@ QByteArray CPrinterPropertiesDlg::Result() const
         const QString held = DEVMODE::Option(record, m_options[i].keyword);
         if (!held.isEmpty() && m_combos[i]->currentIndex() == m_initial[i])
             continue;
-        DEVMODE::SetOption(record, m_options[i].keyword, m_combos[i]->currentData().toString());
+        const QString chosen = m_combos[i]->currentData().toString();
+        DEVMODE::SetOption(record, m_options[i].keyword, chosen);
+        // The list leaves out PageRegion, the size a driver uses for a page without a size of
+        // its own; a record that holds one keeps it equal to the page size, as the driver expects.
+        const QString region = QStringLiteral("PageRegion");
+        if (m_options[i].keyword == QLatin1String("PageSize") && !DEVMODE::Option(record, region).isEmpty())
+            DEVMODE::SetOption(record, region, chosen);
     }
     return record;
 }

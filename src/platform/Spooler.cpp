@@ -235,7 +235,8 @@ QList<SpoolerChoice> ippChoices(ipp_t* response)
         ipp_attribute_t* supported = ippFindAttribute(response, (name + "-supported").constData(), IPP_TAG_ZERO);
         if (!supported || ippGetValueTag(supported) < IPP_TAG_INTEGER)
             continue;
-        SpoolerChoice option{QString::fromLatin1(keyword), QString::fromLatin1(label), QStringLiteral("General"), {}, {}};
+        SpoolerChoice option{QString::fromLatin1(keyword), QString::fromLatin1(label), QStringLiteral("General"), {},
+                             {}};
         for (int i = 0; i < ippGetCount(supported); ++i) {
             const QString value = keywordOf(supported, i);
             if (value.isEmpty())
@@ -406,10 +407,12 @@ bool Spooler::GetOptionChoices(const QString& queue, QList<SpoolerChoice>* optio
     if (!connection.ok(error))
         return false;
     ipp_t* request = newRequest(IPP_OP_GET_PRINTER_ATTRIBUTES, queue);
-    static const char* const wanted[] = {
-        "media-supported",          "media-default",         "media-source-supported", "media-source-default",
-        "media-type-supported",     "media-type-default",    "print-quality-supported", "print-quality-default",
-        "print-color-mode-supported", "print-color-mode-default", "sides-supported",   "sides-default"};
+    static const char* const wanted[] = {"media-supported",            "media-default",
+                                         "media-source-supported",     "media-source-default",
+                                         "media-type-supported",       "media-type-default",
+                                         "print-quality-supported",    "print-quality-default",
+                                         "print-color-mode-supported", "print-color-mode-default",
+                                         "sides-supported",            "sides-default"};
     ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
                   int(sizeof wanted / sizeof wanted[0]), nullptr, wanted);
     ipp_t* response = cupsDoRequest(connection.get(), request, "/");
@@ -417,7 +420,7 @@ bool Spooler::GetOptionChoices(const QString& queue, QList<SpoolerChoice>* optio
         ippDelete(response);
         return failFromCups(error), false;
     }
-    http_status_t status = HTTP_STATUS_OK;
+    http_status_t status = HTTP_STATUS_ERROR;
     const QByteArray ppd = fetchPpd(connection.get(), queue, &status);
     if (status == HTTP_STATUS_OK)
         *options = ParsePpd(ppd);

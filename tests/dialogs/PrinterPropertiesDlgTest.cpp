@@ -84,7 +84,8 @@ TEST_F(PrinterPropertiesDlgTest, ChoicesGoIntoTheRecordOnOkOnly)
     const QByteArray before = record;
 
     // The record's choice shows; a size picked from the list is forgotten
-    // on Cancel and kept on OK, with every other line as it was.
+    // on Cancel and kept on OK, the hidden PageRegion following it, with every other line as
+    // it was.
     const auto pickLetter = [](CPrinterPropertiesDlg& dialog) {
         EXPECT_EQ(dialog.windowTitle().toStdString(), "PDF printer Properties");
         QComboBox* size = list(dialog, "Page Size");
@@ -107,6 +108,7 @@ TEST_F(PrinterPropertiesDlgTest, ChoicesGoIntoTheRecordOnOkOnly)
     EXPECT_TRUE(CPrinterPropertiesDlg::Run(nullptr, "PDF", "PDF printer", &record));
     QByteArray expected = before;
     DEVMODE::SetOption(expected, "PageSize", "Letter");
+    DEVMODE::SetOption(expected, "PageRegion", "Letter");
     EXPECT_EQ(record.toStdString(), expected.toStdString());
 
     whenShown([&](CPrinterPropertiesDlg& dialog) {

@@ -82,7 +82,8 @@ TEST_F(OptionChoicesTest, DriverOptionsOrNoneAndTheFailures)
     QStringList keywords;
     for (const SpoolerChoice& option : options)
         keywords << option.keyword;
-    EXPECT_EQ(keywords, QStringList({"PageSize", "Resolution", "PDFVer", "Truncate", "Label", "TitlePref", "LogType"}));
+    EXPECT_EQ(keywords,
+              QStringList({"PageSize", "Resolution", "PDFVer", "Truncate", "Label", "TitlePref", "LogType"}));
     ASSERT_FALSE(options.isEmpty());
     const SpoolerChoice& size = options[0];
     EXPECT_EQ(QStringList({size.label, size.group, size.defaultChoice}), QStringList({"Page Size", "General", "A4"}));
