@@ -3,11 +3,13 @@
 #include "app/Branding.h"
 #include "app/CSendrillDlg.h"
 #include "app/CommandLine.h"
+#include "dialogs/CMyPrintDialog.h"
 #include "platform/FontCollection.h"
 #include "platform/Folders.h"
 #include "platform/HandleImages.h"
 #include "platform/MessageBox.h"
 #include "platform/RenderQuality.h"
+#include "printing/CPrinterSettings.h"
 
 #include <QApplication>
 #include <QDir>
@@ -174,8 +176,12 @@ bool CSendrillApp::HasDisplay()
 
 void CSendrillApp::InstallMessagePresenter()
 {
-    if (HasDisplay() && qobject_cast<QApplication*>(QCoreApplication::instance()))
+    // Where nobody could answer a window, the printer set-up counts as dismissed.
+    if (HasDisplay() && qobject_cast<QApplication*>(QCoreApplication::instance())) {
         MessageBox::SetPresenter(presentMessage);
-    else
+        CPrinterSettings::SetSetupDialog(CMyPrintDialog::RunSetup);
+    } else {
         MessageBox::SetPresenter(nullptr);
+        CPrinterSettings::SetSetupDialog(nullptr);
+    }
 }

@@ -36,8 +36,9 @@ public:
     static std::array<int, 4> CutVersion(int major, int minor, int build, int revision);
     // Whether a person can see a window: not on the offscreen or minimal platforms.
     static bool HasDisplay();
-    // Shows messages in dialog boxes when there is a display; otherwise they go to standard
-    // error with their default answer.
+    // Shows messages in dialog boxes and the printer set-up as a dialog when there is a
+    // display; otherwise messages go to standard error with their default answer and the
+    // set-up counts as dismissed.
     static void InstallMessagePresenter();
 
     int m_nExitCode = 0;

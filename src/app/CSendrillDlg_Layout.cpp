@@ -279,9 +279,11 @@ void CSendrillDlg::resizeEvent(QResizeEvent* event)
 
 void CSendrillDlg::closeEvent(QCloseEvent* event)
 {
-    // The close button is the Exit command, with its question.
+    // The close button is the Exit command, with its question. While a print job has the
+    // window disabled, the job is stopped from its own window's Cancel, not from here.
     event->ignore();
-    OnExit();
+    if (isEnabled())
+        OnExit();
 }
 
 void CSendrillDlg::reject()

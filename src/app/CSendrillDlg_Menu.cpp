@@ -6,6 +6,7 @@
 #include "app/CAboutDlg.h"
 #include "app/CSendrillApp.h"
 #include "app/CommandIds.h"
+#include "dialogs/CPrintPos.h"
 #include "document/CDrawDoc.h"
 #include "panels/CSubForm1_1.h"
 #include "platform/Clipboard.h"
@@ -169,8 +170,6 @@ void CSendrillDlg::UpdateCommandUI()
         }
     };
     set(CommandIds::FileSave, !m_strProjectPath.isEmpty() && m_pDoc->IsModified());
-    // Calibration needs its dialog, which the printing dialogs bring.
-    set(CommandIds::PrinterAlignment, false);
     set(CommandIds::EditUndo, g_undoManager.CanUndo(m_pDoc.get(), 1));
     set(CommandIds::EditRedo, g_undoManager.CanRedo(m_pDoc.get(), 1));
     set(CommandIds::EditCut, selection);
@@ -243,6 +242,7 @@ void CSendrillDlg::OnCommand(int id)
     case CommandIds::FileSaveImage: OnFileSaveImage(); break;
     case CommandIds::FilePrint: OnFilePrint(); break;
     case CommandIds::PrinterSetup: OnPrinterSetup(); break;
+    case CommandIds::PrinterAlignment: CPrintPos::Run(*m_pView, this); break;
     case CommandIds::EditUndo: OnEditUndo(); break;
     case CommandIds::EditRedo: OnEditRedo(); break;
     case CommandIds::EditCut: m_pView->OnEditCut(); break;

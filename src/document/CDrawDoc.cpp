@@ -813,6 +813,22 @@ void CDrawDoc::DrawImageOnly(gfx::Graphics& graphics)
     graphics.FillRectangle(brush, QRectF(topLeft, QSizeF(image.GetWidth(), image.GetHeight())));
 }
 
+gfx::ImageAttributes CDrawDoc::PrintAdjustment(double gamma, double saturation, bool skipNeutral)
+{
+    gfx::ImageAttributes attributes;
+    if (!skipNeutral || saturation != 1.0) {
+        const float s = float(saturation);
+        const float t = 1.0f - s;
+        const float r = t * 0.3086f, g = t * 0.6094f, b = t * 0.0820f;
+        gfx::ColorMatrix matrix{{{r + s, r, r, 0, 0}, {g, g + s, g, 0, 0}, {b, b, b + s, 0, 0}, {0, 0, 0, 1, 0},
+                                 {0, 0, 0, 0, 1}}};
+        attributes.SetColorMatrix(matrix);
+    }
+    if (!skipNeutral || gamma != 1.0)
+        attributes.SetGamma(float(gamma));
+    return attributes;
+}
+
 void CDrawDoc::DrawPrintedSheet(gfx::Graphics& graphics, bool withObjects)
 {
     const std::unique_ptr<gfx::Bitmap> sheet = RenderBitmap(300, 300, withObjects, false);
@@ -822,18 +838,7 @@ void CDrawDoc::DrawPrintedSheet(gfx::Graphics& graphics, bool withObjects)
         NumberText::ToDouble(Profile::GetString(PrinterSection(), QStringLiteral("Saturation"), QStringLiteral("1.0")));
     const double gamma =
         NumberText::ToDouble(Profile::GetString(PrinterSection(), QStringLiteral("Gamma"), QStringLiteral("1.0")));
-    gfx::ImageAttributes attributes;
-    if (saturation != 1.0) {
-        // Saturation about the luminance weights; exactly 1.0 sets no matrix at all.
-        const float s = float(saturation);
-        const float t = 1.0f - s;
-        const float r = t * 0.3086f, g = t * 0.6094f, b = t * 0.0820f;
-        gfx::ColorMatrix matrix{{{r + s, r, r, 0, 0}, {g, g + s, g, 0, 0}, {b, b, b + s, 0, 0}, {0, 0, 0, 1, 0},
-                                 {0, 0, 0, 0, 1}}};
-        attributes.SetColorMatrix(matrix);
-    }
-    if (gamma != 1.0)
-        attributes.SetGamma(float(gamma));
+    const gfx::ImageAttributes attributes = PrintAdjustment(gamma, saturation, true);
     graphics.SetTransform(gfx::Matrix(1, 0, 0, -1, 0, 0));
     const QRectF full(0, 0, sheet->GetWidth(), sheet->GetHeight());
     graphics.DrawImage(*sheet, full, full, &attributes);

@@ -7,6 +7,7 @@
 #include "platform/CSize.h"
 #include "platform/graphics/GraphicsPath.h"
 #include "platform/graphics/Image.h"
+#include "platform/graphics/ImageAttributes.h"
 #include "printing/CPrinterSettings.h"
 
 #include <QRectF>
@@ -136,6 +137,9 @@ public:
     // Draws on a screen (the current label with the view's extras) or a printer (the sheet,
     // through the printer's saturation and gamma, or the background picture alone).
     void Draw(gfx::DeviceContext& dc, CView* view, bool withObjects, bool imageOnly);
+    // The printer's colour adjustment: saturation about the luminance weights, then gamma. A
+    // print leaves out a value of exactly 1.0 (neutral); a preview may apply both regardless.
+    static gfx::ImageAttributes PrintAdjustment(double gamma, double saturation, bool skipNeutral);
 
     CPrinterSettings& GetPrinter() { return m_Printer; }
     QString PrinterSection() const { return m_Printer.GetName(true); }

@@ -16,8 +16,7 @@ volatile bool g_bPrintCancel = false;
 const QString CPrintView::FailedToStartPrint = QStringLiteral("Could not start print job.");
 const QString CPrintView::PrintToFileExtension = QStringLiteral("prn");
 const QString CPrintView::PrintToFileName = QStringLiteral("Output.prn");
-const QString CPrintView::PrintToFileFilter =
-    QStringLiteral("Printer Files (*.prn)|*.prn|All Files (*.*)|*.*||");
+const QString CPrintView::PrintToFileFilter = QStringLiteral("Printer Files (*.prn);;All Files (*)");
 const QString CPrintView::PrintToFileTitle = QStringLiteral("Print to File");
 
 namespace {

@@ -14,6 +14,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -68,6 +69,19 @@ bool readRecord(int fd, HGLOBAL* record)
     return true;
 }
 
+// Opens a saved set-up for reading; a folder of that name fails as a missing file does.
+int openFile(const QByteArray& path)
+{
+    const int fd = ::open(path.constData(), O_RDONLY | O_CLOEXEC);
+    struct stat status {};
+    if (fd >= 0 && ::fstat(fd, &status) == 0 && S_ISDIR(status.st_mode)) {
+        ::close(fd);
+        errno = EISDIR;
+        return -1;
+    }
+    return fd;
+}
+
 } // namespace
 
 CPrinterSettings::~CPrinterSettings()
@@ -105,7 +119,9 @@ int CPrinterSettings::Load(const QString& name)
     hDevMode.reset();
     hDevNames.reset();
 
-    const FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC));
+    // An empty name names the data folder itself, which holds no set-up: the spooler's
+    // default printer is taken then, as on a first start.
+    const FileDescriptor file(openFile(path));
     if (file.get() >= 0) {
         if (!readRecord(file.get(), &hDevMode) || !readRecord(file.get(), &hDevNames))
             return errno;

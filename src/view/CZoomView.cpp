@@ -1,5 +1,6 @@
 #include "view/CZoomView.h"
 
+#include "dialogs/CPrintStatus.h"
 #include "document/CDrawDoc.h"
 #include "platform/graphics/DeviceContext.h"
 

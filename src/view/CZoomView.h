@@ -6,8 +6,10 @@
 
 #include <QAbstractScrollArea>
 #include <QCursor>
+#include <memory>
 
 class CDrawDoc;
+class CPrintStatus;
 namespace gfx {
 class DeviceContext;
 }
@@ -22,6 +24,7 @@ public:
     enum ZoomMode { ZoomNone = 0, ZoomInMode = 1, ZoomOutMode = 2 };
 
     CZoomView(CDrawDoc& doc, QWidget* parent = nullptr);
+    ~CZoomView() override;
 
     // The label's logical size from the current template; always followed by ZoomFull.
     void SetLogicalSizes();
@@ -56,6 +59,16 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+
+    // The interactive steps of a print job: the print dialog with the label's preview, the
+    // file of a print to file, and the status window with its Cancel, whose message pump
+    // keeps the program answering between pages while the main window is disabled.
+    bool DoPrintDialog(PRINTDLG& pd) override;
+    bool GetPrintToFileName(QString* path) override;
+    void BeginPrintStatus(const QString& title, const QString& text, int total) override;
+    void SetPrintProgress(int page, const QString& percent) override;
+    void EndPrintStatus() override;
+    bool AbortProc() override;
     void scrollContentsBy(int dx, int dy) override;
 
     double m_fZoom = 0.99;
@@ -72,6 +85,7 @@ private:
     CSize FittedSize(double zoom) const;
 
     CDrawDoc& m_zoomDoc;
+    std::unique_ptr<CPrintStatus> m_pPrintStatus;
     int m_nZoomMode = ZoomNone;
     CSize m_totalLog{1, 1};
     CSize m_totalDev;
