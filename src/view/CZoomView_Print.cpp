@@ -5,7 +5,9 @@
 #include "platform/Folders.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFileDialog>
+#include <QWindow>
 
 CZoomView::~CZoomView() = default;
 
@@ -43,7 +45,13 @@ void CZoomView::BeginPrintStatus(const QString& title, const QString& text, int 
     m_pPrintStatus->SetText(text);
     m_pPrintStatus->SetRange(total);
     m_pPrintStatus->show();
-    m_pPrintStatus->repaint();
+    // Shown before the first page is composed, which keeps the interface thread busy until
+    // the job's first look at its Cancel; a display that doesn't answer soon isn't waited for.
+    QElapsedTimer shown;
+    shown.start();
+    do
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    while (!m_pPrintStatus->windowHandle()->isExposed() && shown.elapsed() < 250);
 }
 
 void CZoomView::SetPrintProgress(int page, const QString& percent)
@@ -58,6 +66,8 @@ void CZoomView::EndPrintStatus()
 {
     window()->setEnabled(true);
     m_pPrintStatus.reset();
+    // The status window had the focus; the keys go back to the label's window.
+    window()->activateWindow();
 }
 
 bool CZoomView::AbortProc()
