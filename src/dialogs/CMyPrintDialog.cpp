@@ -142,8 +142,12 @@ CMyPrintDialog::CMyPrintDialog(Kind kind, QWidget* parent) : CToolTipDialog(pare
         makeValue(1160, 1165, QStringLiteral("&Saturation:"), &m_pSaturationSlider, &m_pSaturationEdit, adjustGrid, 2);
         adjustGrid->setColumnStretch(2, 1);
 
-        connect(m_pGammaEdit, &QLineEdit::textChanged, this, &CMyPrintDialog::OnGammaChanged);
-        connect(m_pSaturationEdit, &QLineEdit::textChanged, this, &CMyPrintDialog::OnSaturationChanged);
+        connect(m_pGammaEdit, &QLineEdit::textChanged, this, [this](const QString& text) {
+            OnValueChanged(QStringLiteral("Gamma"), m_pGammaSlider, &m_pPreview->m_fGamma, text);
+        });
+        connect(m_pSaturationEdit, &QLineEdit::textChanged, this, [this](const QString& text) {
+            OnValueChanged(QStringLiteral("Saturation"), m_pSaturationSlider, &m_pPreview->m_fSaturation, text);
+        });
         connect(m_pGammaSlider, &QSlider::actionTriggered, this,
                 [this](int action) { OnSliderAction(m_pGammaSlider, m_pGammaEdit, action); });
         connect(m_pSaturationSlider, &QSlider::actionTriggered, this,
@@ -311,23 +315,14 @@ QString CMyPrintDialog::SectionName() const
     return CPrinterSettings::SanitiseName(m_pPrinter->currentText());
 }
 
-void CMyPrintDialog::OnGammaChanged(const QString& text)
+void CMyPrintDialog::OnValueChanged(const QString& key, QSlider* slider, double* previewValue, const QString& text)
 {
     // Stored as typed, not formatted: "2.5" stays "2.5". A value beyond the slider's range is
     // kept too, and leaves the slider at its end.
-    Profile::WriteString(SectionName(), QStringLiteral("Gamma"), text);
+    Profile::WriteString(SectionName(), key, text);
     const double value = NumberText::ToDouble(text);
-    m_pGammaSlider->setValue(int(value * 100));
-    m_pPreview->m_fGamma = value;
-    m_pPreview->repaint();
-}
-
-void CMyPrintDialog::OnSaturationChanged(const QString& text)
-{
-    Profile::WriteString(SectionName(), QStringLiteral("Saturation"), text);
-    const double value = NumberText::ToDouble(text);
-    m_pSaturationSlider->setValue(int(value * 100));
-    m_pPreview->m_fSaturation = value;
+    slider->setValue(int(value * 100));
+    *previewValue = value;
     m_pPreview->repaint();
 }
 

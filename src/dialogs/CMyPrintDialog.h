@@ -55,9 +55,9 @@ private:
     void BuildPreview();
     void OnPrinterChanged(int index);
     void OnProperties();
-    // A change of an edit's text stores it for the printer in the combo box, as it stands.
-    void OnGammaChanged(const QString& text);
-    void OnSaturationChanged(const QString& text);
+    // A change of an edit's text stores it under the key for the printer in the combo box, as
+    // it stands, and moves the slider and the preview to it.
+    void OnValueChanged(const QString& key, QSlider* slider, double* previewValue, const QString& text);
     void OnSliderAction(QSlider* slider, CSeekEdit* edit, int action);
     QString SectionName() const;
 

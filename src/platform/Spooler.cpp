@@ -129,6 +129,21 @@ QList<SpoolerOption> ppdDefaults(const QByteArray& ppd)
 }
 
 // The queue's PPD; empty when it has none (*status HTTP_STATUS_NOT_FOUND) or can't be fetched.
+// The queue's attributes of those named; null, with the error set, when the spooler won't say.
+template <size_t Count>
+ipp_t* printerAttributes(http_t* http, const QString& queue, const char* const (&wanted)[Count], int* error)
+{
+    ipp_t* request = newRequest(IPP_OP_GET_PRINTER_ATTRIBUTES, queue);
+    ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", int(Count), nullptr, wanted);
+    ipp_t* response = cupsDoRequest(http, request, "/");
+    if (!response || cupsFailed()) {
+        ippDelete(response);
+        failFromCups(error);
+        return nullptr;
+    }
+    return response;
+}
+
 QByteArray fetchPpd(http_t* http, const QString& queue, http_status_t* status = nullptr)
 {
     QTemporaryFile file;
@@ -350,16 +365,11 @@ bool Spooler::GetPrinter(const QString& queue, SpoolerPrinter* printer, int* err
     Connection connection;
     if (!connection.ok(error))
         return false;
-    ipp_t* request = newRequest(IPP_OP_GET_PRINTER_ATTRIBUTES, queue);
     static const char* const wanted[] = {"printer-name", "printer-info", "printer-make-and-model", "device-uri",
                                          "printer-state", "printer-is-accepting-jobs", "printer-defaults"};
-    ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
-                  int(sizeof wanted / sizeof wanted[0]), nullptr, wanted);
-    ipp_t* response = cupsDoRequest(connection.get(), request, "/");
-    if (!response || cupsFailed()) {
-        ippDelete(response);
-        return failFromCups(error), false;
-    }
+    ipp_t* response = printerAttributes(connection.get(), queue, wanted, error);
+    if (!response)
+        return false;
 
     auto text = [response](const char* name) {
         ipp_attribute_t* attribute = ippFindAttribute(response, name, IPP_TAG_ZERO);
@@ -406,20 +416,15 @@ bool Spooler::GetOptionChoices(const QString& queue, QList<SpoolerChoice>* optio
     Connection connection;
     if (!connection.ok(error))
         return false;
-    ipp_t* request = newRequest(IPP_OP_GET_PRINTER_ATTRIBUTES, queue);
     static const char* const wanted[] = {"media-supported",            "media-default",
                                          "media-source-supported",     "media-source-default",
                                          "media-type-supported",       "media-type-default",
                                          "print-quality-supported",    "print-quality-default",
                                          "print-color-mode-supported", "print-color-mode-default",
                                          "sides-supported",            "sides-default"};
-    ippAddStrings(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
-                  int(sizeof wanted / sizeof wanted[0]), nullptr, wanted);
-    ipp_t* response = cupsDoRequest(connection.get(), request, "/");
-    if (!response || cupsFailed()) {
-        ippDelete(response);
-        return failFromCups(error), false;
-    }
+    ipp_t* response = printerAttributes(connection.get(), queue, wanted, error);
+    if (!response)
+        return false;
     http_status_t status = HTTP_STATUS_ERROR;
     const QByteArray ppd = fetchPpd(connection.get(), queue, &status);
     if (status == HTTP_STATUS_OK)
