@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QAbstractButton>
-#include <QRectF>
 
 class CDrawDoc;
 class CTemplateFile;
@@ -27,10 +26,6 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
-    // The paper fitted into the control and centred on the other axis; empty for a paper
-    // without size.
-    static QRectF PaperRect(const CTemplateFile& file, const QRectF& box);
-
     CDrawDoc* m_pDocument = nullptr;
     int m_nTemplate = 0;
 };
