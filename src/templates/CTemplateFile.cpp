@@ -1,6 +1,9 @@
 #include "templates/CTemplateFile.h"
 
+#include "fields/Windows1252.h"
+#include "platform/Folders.h"
 #include "platform/MessageBox.h"
+#include "templates/GlabelsTemplates.h"
 #include "platform/NumberText.h"
 
 #include <QDir>
@@ -26,6 +29,15 @@ int ParseInt(const QByteArray& line)
 double ParseDouble(const QByteArray& line)
 {
     return NumberText::ToDouble(QString::fromLatin1(line));
+}
+
+// Names and notices are 8-bit text in the program's code page, so that a name with "€" or "é"
+// reads the same whatever the machine's locale.
+QString TextLine(const QByteArray& line)
+{
+    QString text;
+    AppendFromCodePage(0, line.constData(), line.size(), text);
+    return text;
 }
 
 double RoundTo(double value, int digits)
@@ -198,10 +210,10 @@ int CTemplateFile::LoadTemplate(QIODevice& device)
     };
     if (!next("TemplateName"))
         return 0;
-    TemplateName = QString::fromLatin1(line);
+    TemplateName = TextLine(line);
     if (!next("PrintNotice"))
         return 0;
-    PrintNotice = QString::fromLatin1(line);
+    PrintNotice = TextLine(line);
     if (!next("PaperWidth"))
         return 0;
     PaperWidth = RoundTo(ParseDouble(line), 3);
@@ -280,7 +292,7 @@ int CTemplateFile::ParseBody(int mode, CTemplateObject* object)
                                    .arg(LabelCount)));
         if (!next())
             return stop(endOfFile);
-        object->ObjectName = QString::fromLatin1(line);
+        object->ObjectName = TextLine(line);
         double* const fields[] = {&object->CentreX, &object->CentreY, &object->OuterDia, &object->InnerDia,
                                   &object->Rotation, &object->EdgeDia};
         const int count = mode == 1 ? 4 : mode == 3 ? 5 : 6;
@@ -406,5 +418,11 @@ std::vector<CTemplateFile> CTemplateFile::LoadTemplateList(const QString& templa
         if (name.compare(DefaultFileName, Qt::CaseInsensitive) != 0)
             load(name);
     }
+
+    // Only the program's own list takes the imported templates, behind ours: a folder of
+    // templates given to a tool is read as it stands.
+    const QString own = QDir(Folders::InstallDirectory() + QStringLiteral("Templates")).canonicalPath();
+    if (!own.isEmpty() && folder.canonicalPath() == own)
+        GlabelsTemplates::AppendFolders(GlabelsTemplates::SearchFolders(), list, results);
     return list;
 }

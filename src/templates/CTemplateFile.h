@@ -33,6 +33,9 @@ public:
     // after a failed load, a human reason ("line 12: \"FOO\" is not a keyword here").
     QString m_strPath;
     QString m_strError;
+    // Read from another program's template database (GlabelsTemplates), not from a ".tmp" file;
+    // m_strPath is then that database's file.
+    bool m_bImported = false;
 
     // Reads the file. Nonzero on success. Whatever was loaded before is dropped first.
     int LoadTemplate(const QString& path);
@@ -48,7 +51,8 @@ public:
     static double ReadRounded(const QString& text, int digits);
 
     // The start-up list of a templates folder: Default.tmp first when it loads, then every
-    // other "*.tmp" by name. Each failure is reported with "Error opening %1 template file.";
+    // other "*.tmp" by name. For the program's own Templates/ folder, the disc templates of the
+    // installed template databases follow (GlabelsTemplates), so that indices of our own never move. Each failure is reported with "Error opening %1 template file.";
     // results, when given, receive every file tried, in order, with the reason of a failure.
     static std::vector<CTemplateFile> LoadTemplateList(const QString& templatesFolder,
                                                        std::vector<TemplateLoadResult>* results = nullptr);

@@ -214,3 +214,15 @@ TEST(ReadRounded, RoundsHalvesAwayFromZeroAndThreeDecimalsReadAsTheirNearestDoub
             << text.toStdString();
     }
 }
+
+TEST(TemplateFormat, NamesAreWindows1252WhateverTheLocale)
+{
+    bool loaded = false;
+    const CTemplateFile file = LoadText("SHEET\nCaf\xe9 \x80 5\n\x93Notice\x94\n8.5\n11\n1\n0\n0\n"
+                                       "DISC\n1\nD\xfcsseldorf \x99\n4.25\n3\n4.65\n0.7\nENDOBJECT\nEND\n",
+                                       &loaded);
+    ASSERT_TRUE(loaded) << file.m_strError.toStdString();
+    EXPECT_EQ(std::tuple(file.TemplateName, file.PrintNotice, file.Objects[0].ObjectName),
+              std::tuple(QStringLiteral(u"Café € 5"), QStringLiteral(u"\u201cNotice\u201d"),
+                         QStringLiteral(u"Düsseldorf \u2122")));
+}
