@@ -3,6 +3,7 @@
 #include "CliCommand.h"
 #include "DatafileCommand.h"
 #include "DumpCommand.h"
+#include "PrintCommand.h"
 #include "RenderCommand.h"
 #include "ResaveCommand.h"
 #include "RewriteCommand.h"
@@ -28,6 +29,7 @@ std::vector<std::unique_ptr<CliCommand>> AllCommands()
     commands.push_back(std::make_unique<ResaveCommand>());
     commands.push_back(std::make_unique<RenderCommand>());
     commands.push_back(std::make_unique<ThumbnailCommand>());
+    commands.push_back(std::make_unique<PrintCommand>());
     return commands;
 }
 
@@ -50,8 +52,9 @@ int main(int argc, char** argv)
     const bool thumbnail = argc > 1 && qstrcmp(argv[1], "thumbnail") == 0;
     if (thumbnail)
         ThumbnailCommand::Confine();
-    const bool opensProjects = thumbnail || (argc > 1
-        && (qstrcmp(argv[1], "dump") == 0 || qstrcmp(argv[1], "resave") == 0 || qstrcmp(argv[1], "render") == 0));
+    const bool opensProjects = thumbnail || (argc > 1 && qstrcmp(argv[1], "templates") == 0) || (argc > 1
+        && (qstrcmp(argv[1], "dump") == 0 || qstrcmp(argv[1], "resave") == 0 || qstrcmp(argv[1], "render") == 0
+            || qstrcmp(argv[1], "print") == 0));
     if (opensProjects && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const std::unique_ptr<QCoreApplication> app = opensProjects ? std::make_unique<QGuiApplication>(argc, argv)
