@@ -4,7 +4,15 @@
 #include "platform/Folders.h"
 #include "templates/CTemplateFile.h"
 
+#include "platform/graphics/Graphics.h"
+#include "platform/graphics/Image.h"
+#include "templates/TemplatePreview.h"
+
 #include <QFileInfo>
+#include <QFont>
+#include <QPainter>
+
+#include <algorithm>
 
 QString TemplatesCommand::Summary() const
 {
@@ -12,12 +20,22 @@ QString TemplatesCommand::Summary() const
         "Reads the templates of a folder in the program's order (Default.tmp first), or one\n"
         "template file, and prints them as JSON: header fields, areas and perforations under\n"
         "their model names, with each file's path, or its path and \"error\" when it fails.\n"
-        "Without an argument, the program's own Templates/ folder. Exit code 1 when a file fails.");
+        "Without an argument, the program's own Templates/ folder followed by the disc templates\n"
+        "imported from the installed template databases, marked \"imported\" with their file as\n"
+        "path. --contact-sheet also draws every template loaded as the template preview does\n"
+        "into a PNG. Exit code 1 when a file fails.");
 }
 
 int TemplatesCommand::Run(const QStringList& args, QTextStream& out, QTextStream& err)
 {
-    if (args.size() > 1 || (args.size() == 1 && (args[0].isEmpty() || args[0].startsWith('-')))) {
+    QStringList rest = args;
+    QString contactSheet;
+    if (const qsizetype option = rest.indexOf(QStringLiteral("--contact-sheet")); option >= 0) {
+        contactSheet = rest.value(option + 1);
+        rest.remove(option, std::min<qsizetype>(2, rest.size() - option));
+    }
+    if (rest.size() > 1 || (rest.size() == 1 && (rest[0].isEmpty() || rest[0].startsWith('-'))) ||
+        (args.contains(QStringLiteral("--contact-sheet")) && (contactSheet.isEmpty() || contactSheet.startsWith('-')))) {
         err << "usage: tessarelle-cli " << Name() << ' ' << Arguments() << '\n';
         return ExitUsage;
     }
@@ -25,10 +43,11 @@ int TemplatesCommand::Run(const QStringList& args, QTextStream& out, QTextStream
     JsonWriter json(out);
     json.BeginArray();
     bool failed = false;
-    const QString target = args.isEmpty() ? Folders::InstallDirectory() + QStringLiteral("Templates") : args[0];
+    const QString target = rest.isEmpty() ? Folders::InstallDirectory() + QStringLiteral("Templates") : rest[0];
+    std::vector<CTemplateFile> drawn;
     if (QFileInfo(target).isDir()) {
         std::vector<TemplateLoadResult> results;
-        const std::vector<CTemplateFile> templates = CTemplateFile::LoadTemplateList(target, &results);
+        std::vector<CTemplateFile> templates = CTemplateFile::LoadTemplateList(target, &results);
         size_t next = 0;
         for (const TemplateLoadResult& result : results) {
             if (result.loaded && next < templates.size()) {
@@ -38,10 +57,12 @@ int TemplatesCommand::Run(const QStringList& args, QTextStream& out, QTextStream
                 failed = true;
             }
         }
+        drawn = std::move(templates);
     } else {
         CTemplateFile file;
         if (file.LoadTemplate(target)) {
             WriteTemplate(json, file);
+            drawn.push_back(file);
         } else {
             WriteFailure(json, target, file.m_strError);
             failed = true;
@@ -49,6 +70,10 @@ int TemplatesCommand::Run(const QStringList& args, QTextStream& out, QTextStream
     }
     json.EndArray();
     out.flush();
+    if (!contactSheet.isEmpty() && !WriteContactSheet(drawn, contactSheet)) {
+        err << "cannot write " << contactSheet << '\n';
+        return ExitFailed;
+    }
     return failed ? ExitFailed : ExitOk;
 }
 
@@ -56,6 +81,8 @@ void TemplatesCommand::WriteTemplate(JsonWriter& json, const CTemplateFile& file
 {
     json.BeginObject();
     json.Member(QStringLiteral("path"), file.m_strPath);
+    if (file.m_bImported)
+        json.Member(QStringLiteral("imported"), true);
     json.Member(QStringLiteral("TemplateName"), file.TemplateName);
     json.Member(QStringLiteral("PrintNotice"), file.PrintNotice);
     json.Member(QStringLiteral("IsPrinter"), file.IsPrinter);
@@ -100,4 +127,34 @@ void TemplatesCommand::WriteFailure(JsonWriter& json, const QString& path, const
     json.Member(QStringLiteral("path"), path);
     json.Member(QStringLiteral("error"), error);
     json.EndObject();
+}
+
+bool TemplatesCommand::WriteContactSheet(const std::vector<CTemplateFile>& templates, const QString& path)
+{
+    constexpr int columns = 8;
+    constexpr int cell = 180;   // the preview's square
+    constexpr int caption = 44; // room for the name in up to three lines
+    constexpr int gap = 8;
+    const int rows = std::max<int>(1, (int(templates.size()) + columns - 1) / columns);
+    QImage sheet(gap + columns * (cell + gap), gap + rows * (cell + caption + gap), QImage::Format_RGB32);
+    sheet.fill(Qt::white);
+    QPainter painter(&sheet);
+    QFont font = painter.font();
+    font.setPixelSize(11);
+    painter.setFont(font);
+    for (size_t i = 0; i < templates.size(); ++i) {
+        const int x = gap + int(i % columns) * (cell + gap);
+        const int y = gap + int(i / columns) * (cell + caption + gap);
+        gfx::Bitmap preview(cell, cell);
+        {
+            gfx::Graphics graphics(preview);
+            graphics.SetSmoothingMode(gfx::SmoothingMode::AntiAlias);
+            TemplatePreview::Draw(graphics, &templates[i], QRectF(0, 0, cell, cell), true);
+        }
+        painter.drawImage(x, y, preview.image());
+        painter.drawText(QRect(x, y + cell + 2, cell, caption - 2), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
+                         QStringLiteral("%1. %2").arg(i).arg(templates[i].TemplateName));
+    }
+    painter.end();
+    return sheet.save(path, "PNG");
 }
