@@ -125,12 +125,17 @@ TEST(GlabelsTemplates, HostileFilesAreSkippedWithOneLineEach)
         deep += "<a>";
     folder.write("c-deep.xml", deep);
     QByteArray huge = Database(good);
-    huge.insert(huge.indexOf("<Template"), QByteArray(50 * 1024 * 1024, ' '));
+    huge.insert(huge.indexOf("<Template"), QByteArray(GlabelsTemplates::MaxFileSize, ' ')); // valid, but too big
     folder.write("d-huge.xml", huge);
     QByteArray many;
     for (int i = 0; i < GlabelsTemplates::MaxTemplates + 1; ++i)
         many += "<Template brand=\"T\" part=\"" + QByteArray::number(i) + "\" equiv=\"Good\"/>";
     folder.write("e-many.xml", Database(good + many));
+    QByteArray entities = "<?xml version=\"1.0\"?><!DOCTYPE Glabels-templates [<!ENTITY a0 \"Label-cd\">";
+    for (int i = 1; i < 30; ++i)
+        entities += "<!ENTITY a" + QByteArray::number(i) + " \"&a" + QByteArray::number(i - 1) + ";&a" +
+                    QByteArray::number(i - 1) + ";\">";
+    folder.write("e-entities.xml", entities + "]><Glabels-templates><Template part=\"&a29;\"/></Glabels-templates>");
     folder.write("f-paper-sizes.xml", "<Glabels-paper-sizes><Label-cd/></Glabels-paper-sizes>");
     folder.write("g-user.template", Database(DiscTemplate("Mine", "radius=\"2.3125in\" hole=\"0.8125in\"",
                                                           "<Layout nx=\"1\" ny=\"2\" x0=\"1.9375in\" y0=\"0.6875in\" "
@@ -160,9 +165,9 @@ TEST(GlabelsTemplates, HostileFilesAreSkippedWithOneLineEach)
         if (!result.loaded)
             failed.append(QFileInfo(result.path).fileName());
     }
-    EXPECT_EQ(failed, QStringList({"b-malformed.xml", "c-deep.xml", "d-huge.xml", "e-many.xml"}));
-    // One line for each of the six absurd templates and each of the four failing files.
-    EXPECT_EQ(lines.size(), 10) << lines.join('\n').toStdString();
+    EXPECT_EQ(failed, QStringList({"b-malformed.xml", "c-deep.xml", "d-huge.xml", "e-entities.xml", "e-many.xml"}));
+    // One line for each of the six absurd templates and each of the five failing files.
+    EXPECT_EQ(lines.size(), 11) << lines.join('\n').toStdString();
 
     // The good one, as the layout places it on A4: two discs, each its own label.
     ASSERT_EQ(list[0].Objects.size(), 2u);
