@@ -14,6 +14,7 @@
 #include "printing/CPrinterSettings.h"
 #include "printing/DEVMODE.h"
 #include "printing/DEVNAMES.h"
+#include "printing/DiscTray.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -100,6 +101,11 @@ CMyPrintDialog::CMyPrintDialog(Kind kind, QWidget* parent) : CToolTipDialog(pare
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(printerBox);
+
+    m_pTrayNote = new QLabel(QStringLiteral("This printer has no disc tray; the label prints on its paper."), this);
+    m_pTrayNote->setWordWrap(true);
+    m_pTrayNote->hide();
+    printerGrid->addWidget(m_pTrayNote, 5, 0, 1, 3);
 
     if (kind == Print) {
         m_pPrintToFile = new QCheckBox(QStringLiteral("Print to fi&le"), printerBox);
@@ -293,11 +299,26 @@ void CMyPrintDialog::OnPrinterChanged(int index)
     }
     m_pOk->setEnabled(m_hDevNames.has_value());
     const SpoolerPrinter& printer = m_printers[m_pPrinter->currentIndex()];
+    PutDiscTray(printer.name);
     m_pStatus->setText(StateText(printer));
     m_pType->setText(printer.makeAndModel);
     m_pWhere->setText(printer.deviceUri);
     if (m_pCopies)
         m_pCopies->setValue(m_hDevMode ? DEVMODE::Copies(*m_hDevMode) : 1);
+}
+
+void CMyPrintDialog::PutDiscTray(const QString& queue)
+{
+    bool noTray = false;
+    if (m_pDocument && m_pDocument->IsPrinterTemplate() && m_hDevMode) {
+        // A queue whose options can't be read says nothing either way.
+        QList<SpoolerChoice> offered;
+        if (Spooler::GetOptionChoices(queue, &offered)) {
+            noTray = !DiscTray::Offers(offered);
+            DiscTray::Apply(*m_hDevMode, offered, *m_pDocument);
+        }
+    }
+    m_pTrayNote->setVisible(noTray);
 }
 
 void CMyPrintDialog::OnProperties()

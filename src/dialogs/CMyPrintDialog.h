@@ -54,6 +54,9 @@ private:
     bool OnInitDialog();
     void BuildPreview();
     void OnPrinterChanged(int index);
+    // For a disc template, puts the queue's disc tray into the record shown, so that Properties
+    // shows it, or notes that the queue has none.
+    void PutDiscTray(const QString& queue);
     void OnProperties();
     // A change of an edit's text stores it under the key for the printer in the combo box, as
     // it stands, and moves the slider and the preview to it.
@@ -73,6 +76,7 @@ private:
     QLabel* m_pStatus;
     QLabel* m_pType;
     QLabel* m_pWhere;
+    QLabel* m_pTrayNote;
     QCheckBox* m_pPrintToFile = nullptr;
     QSpinBox* m_pCopies = nullptr;
     CAdjustColorButton* m_pPreview = nullptr;

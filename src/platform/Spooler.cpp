@@ -583,6 +583,33 @@ bool Spooler::GetJobState(const QString& queue, int job, JobState* state, int* e
     return true;
 }
 
+bool Spooler::GetJobOptions(const QString& queue, int job, QList<SpoolerOption>* options, int* error)
+{
+    options->clear();
+    Connection connection;
+    if (!connection.ok(error))
+        return false;
+    ipp_t* request = newRequest(IPP_OP_GET_JOB_ATTRIBUTES, queue);
+    ippAddInteger(request, IPP_TAG_OPERATION, IPP_TAG_INTEGER, "job-id", job);
+    ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes", nullptr, "all");
+    ipp_t* response = cupsDoRequest(connection.get(), request, "/");
+    if (!response || cupsFailed()) {
+        ippDelete(response);
+        return failFromCups(error), false;
+    }
+    for (ipp_attribute_t* attribute = ippFirstAttribute(response); attribute;
+         attribute = ippNextAttribute(response)) {
+        const char* name = ippGetName(attribute);
+        if (!name || ippGetGroupTag(attribute) != IPP_TAG_JOB)
+            continue;
+        char value[1024];
+        ippAttributeString(attribute, value, sizeof value);
+        options->append({QString::fromUtf8(name), QString::fromUtf8(value)});
+    }
+    ippDelete(response);
+    return true;
+}
+
 QString Spooler::ErrorText()
 {
     return g_lastError;

@@ -93,5 +93,10 @@ public:
     // be asked.
     static bool GetJobState(const QString& queue, int job, JobState* state, int* error = nullptr);
 
+    // The attributes the spooler keeps for a job, among them the options it was given
+    // ("InputSlot", "media", ...), each as CUPS spells its value. False when it can't be asked
+    // or doesn't know the job.
+    static bool GetJobOptions(const QString& queue, int job, QList<SpoolerOption>* options, int* error = nullptr);
+
     static QString ErrorText();
 };

@@ -3,6 +3,7 @@
 #include "platform/Spooler.h"
 #include "printing/DEVMODE.h"
 #include "printing/DEVNAMES.h"
+#include "printing/DiscTray.h"
 
 #include <QPdfWriter>
 #include <QRegularExpression>
@@ -25,6 +26,7 @@ void CPrintDC::ResetDC(const QByteArray& devMode)
     m_devMode = devMode;
     m_nResolution = DEVMODE::Resolution(devMode);
     m_pageSize = PaperOf(devMode);
+    m_bTrayPage = DiscTray::PageSideOf(devMode) > 0;
     m_dc = std::make_unique<gfx::DeviceContext>(m_painter, m_nResolution, m_nResolution, true);
 }
 
@@ -44,6 +46,8 @@ int CPrintDC::GetDeviceCaps(int index) const
 
 QPageSize CPrintDC::PaperOf(const QByteArray& devMode)
 {
+    if (const double side = DiscTray::PageSideOf(devMode))
+        return QPageSize(QSizeF(side, side), QPageSize::Point, QStringLiteral("Disc tray"), QPageSize::ExactMatch);
     QString media;
     QString pageSize;
     for (const SpoolerOption& option : DEVMODE::Options(devMode)) {

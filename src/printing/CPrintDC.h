@@ -45,6 +45,8 @@ public:
     gfx::DeviceContext& dc() { return *m_dc; }
     const QString& DeviceName() const { return m_strDevice; }
     const QPageSize& PageSize() const { return m_pageSize; }
+    // Whether the page is a disc tray's square, centred on the disc.
+    bool IsTrayPage() const { return m_bTrayPage; }
 
     // The job's number (1 for a print to file), or SP_ERROR when the job can't start.
     int StartDoc(const DOCINFO& info);
@@ -59,7 +61,7 @@ public:
 
     // The paper a printer's set-up names: its "media" (a self-describing name such as
     // "iso_a4_210x297mm" or "na_letter_8.5x11in"), else a driver's "PageSize" ("A4", "Letter"),
-    // else Letter.
+    // else Letter; a tray page (DiscTray) is the square it names.
     static QPageSize PaperOf(const QByteArray& devMode);
 
 private:
@@ -69,6 +71,7 @@ private:
     QString m_strDevice;
     int m_nResolution = 300;
     QPageSize m_pageSize;
+    bool m_bTrayPage = false;
 
     QPainter m_painter;
     std::unique_ptr<gfx::DeviceContext> m_dc;

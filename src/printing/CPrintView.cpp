@@ -4,10 +4,12 @@
 #include "fields/DataFields.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
+#include "platform/Spooler.h"
 #include "platform/graphics/DeviceContext.h"
 #include "printing/CPrinterSettings.h"
 #include "printing/DEVMODE.h"
 #include "printing/DEVNAMES.h"
+#include "printing/DiscTray.h"
 #include "printing/RewriteStream.h"
 #include "templates/CTemplateFile.h"
 
@@ -45,7 +47,7 @@ bool CPrintView::OnPreparePrinting(CPrintInfo& info)
     return info.CreatePrinterDC();
 }
 
-void CPrintView::OnPrepareDC(gfx::DeviceContext& dc, CPrintInfo*)
+void CPrintView::OnPrepareDC(gfx::DeviceContext& dc, CPrintInfo* info)
 {
     // One printer resolution for both axes, as the vertical one may differ and the label must
     // keep its proportions.
@@ -57,8 +59,16 @@ void CPrintView::OnPrepareDC(gfx::DeviceContext& dc, CPrintInfo*)
     const CTemplateFile* templateFile = m_doc.GetTemplateFile();
     const double originX = templateFile ? templateFile->OriginX : 0.0;
     const double originY = templateFile ? templateFile->OriginY : 0.0;
-    const double x = dpi * ((xOffset + 1780) / 100000.0 - 0.27 + originX);
-    const double y = dpi * ((yOffset + 1780) / 100000.0 - 0.27 + originY);
+    double x = dpi * ((xOffset + 1780) / 100000.0 - 0.27 + originX);
+    double y = dpi * ((yOffset + 1780) / 100000.0 - 0.27 + originY);
+    if (info && info->m_pDC && info->m_pDC->IsTrayPage() && templateFile && !templateFile->Objects.empty()) {
+        // A tray page is a square centred on the disc: the disc's centre goes to the page's
+        // centre, moved by the calibration alone, which is nothing at its neutral 27000.
+        const CTemplateObject& disc = templateFile->Objects.front();
+        const QSizeF page = info->m_pDC->PageSize().size(QPageSize::Inch);
+        x = dpi * ((xOffset - 27000) / 100000.0 + page.width() / 2 - disc.CentreX);
+        y = dpi * ((yOffset - 27000) / 100000.0 + page.height() / 2 - disc.CentreY);
+    }
     dc.SetViewportOrg(int(x), int(y));
     dc.SetViewportExt(dpi, dpi);
 }
@@ -92,6 +102,17 @@ void CPrintView::OnPrint(gfx::DeviceContext& dc, CPrintInfo&, const QString& fil
     m_doc.SetModifiedFlag(wasModified);
 }
 
+void CPrintView::PutDiscTray(QByteArray& devMode, const QString& deviceName)
+{
+    if (!m_doc.IsPrinterTemplate())
+        return;
+    // A spooler that can't say leaves the job as it is, on the printer's paper.
+    QString queue;
+    QList<SpoolerChoice> offered;
+    if (Spooler::FindPrinter(deviceName, &queue) && Spooler::GetOptionChoices(queue, &offered))
+        DiscTray::Apply(devMode, offered, m_doc);
+}
+
 int CPrintView::PrintJob(const QString& file, const QString& printerName, bool imageOnly)
 {
     const bool interactive = printerName.isEmpty();
@@ -110,6 +131,8 @@ int CPrintView::PrintJob(const QString& file, const QString& printerName, bool i
                 copies = DEVMODE::Copies(*info.m_pd.hDevMode);
                 DEVMODE::SetCopies(*info.m_pd.hDevMode, 1);
             }
+            if (info.m_pd.hDevMode && info.m_pd.hDevNames)
+                PutDiscTray(*info.m_pd.hDevMode, DEVNAMES::Device(*info.m_pd.hDevNames));
             info.m_pDC->ResetDC(info.m_pd.hDevMode.value_or(QByteArray()));
             settings.TakeFrom(info.m_pd);
             // Joined to the data folder once more, this goes nowhere; the printer's own file
@@ -125,6 +148,8 @@ int CPrintView::PrintJob(const QString& file, const QString& printerName, bool i
             // The set-up stays the one saved for the document's printer.
             info.m_pd.hDevMode = settings.hDevMode;
             info.m_pd.hDevNames = devNames;
+            if (info.m_pd.hDevMode)
+                PutDiscTray(*info.m_pd.hDevMode, DEVNAMES::Device(*devNames));
             info.CreatePrinterDC();
             deviceName = DEVNAMES::Device(*devNames);
         }

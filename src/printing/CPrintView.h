@@ -2,6 +2,7 @@
 
 #include "printing/CPrintInfo.h"
 
+#include <QByteArray>
 #include <QString>
 
 class CDrawDoc;
@@ -43,7 +44,8 @@ public:
     virtual bool OnPreparePrinting(CPrintInfo& info);
     virtual void OnBeginPrinting(CPrintDC&, CPrintInfo&) {}
     // The printer's mapping: 300 logical units to the inch, with the calibrated offset of the
-    // printer's section and the template's origin; the horizontal resolution serves both axes.
+    // printer's section and the template's origin, or on a disc tray's page the disc's centre
+    // at the page's; the horizontal resolution serves both axes.
     void OnPrepareDC(gfx::DeviceContext& dc, CPrintInfo* info);
     // One disc: the label and the next values of the data fields, or a picture in the label's
     // place, which moves no counter.
@@ -70,5 +72,8 @@ protected:
     virtual bool AbortProc() { return !g_bPrintCancel; }
 
 private:
+    // For a disc template, puts the options of the printer's disc tray into the job's record.
+    void PutDiscTray(QByteArray& devMode, const QString& deviceName);
+
     CDrawDoc& m_doc;
 };
