@@ -9,6 +9,7 @@
 #include "printing/CPrinterSettings.h"
 #include "printing/DEVMODE.h"
 #include "printing/DEVNAMES.h"
+#include "printing/DiscTray.h"
 
 #include <QFileInfo>
 
@@ -58,6 +59,15 @@ CSeriesJob::Outcome CSeriesJob::Print(int discs, const QString& outputFile)
     // Each disc is a page of its own, which the driver must not repeat.
     if (DEVMODE::HasCopies(devMode))
         DEVMODE::SetCopies(devMode, 1);
+    // A disc template prints on the queue's disc tray where it has one, with the tray's page;
+    // a spooler that can't say leaves the job on the printer's paper.
+    if (m_doc.IsPrinterTemplate()) {
+        QString queue;
+        QList<SpoolerChoice> offered;
+        if (Spooler::FindPrinter(DEVNAMES::Device(*settings.hDevNames), &queue)
+            && Spooler::GetOptionChoices(queue, &offered))
+            DiscTray::Apply(devMode, offered, m_doc);
+    }
     info.m_pd.hDevMode = devMode;
     info.m_pd.hDevNames = settings.hDevNames;
     info.CreatePrinterDC();

@@ -110,6 +110,28 @@ TEST_F(PrintCommandTest, SeriesPrintsEachDiscWithItsOwnValuesAndSavesTheNext)
     }
 }
 
+TEST_F(PrintCommandTest, OnAQueueWithADiscTrayTheSeriesGoesToTheTray)
+{
+    // The project's template is the default tray; the queue a Gutenprint Epson with a CD slot.
+    SocketPrinter printer;
+    QString output;
+    ASSERT_TRUE(cups.Run("lpadmin", {"-p", "SeriesCD", "-E", "-v", QString("socket://127.0.0.1:%1").arg(printer.Port()),
+                                     "-m", "gutenprint.5.3://escp2-r260/expert"},
+                         &output))
+        << output.toStdString();
+    const CliRun series = runCli({"print", project, "--printer", "SeriesCD", "--discs", "2"});
+    ASSERT_EQ(series.exitCode, 0) << series.err.constData();
+    const int job = series.json()["jobs"][0].toInt();
+    QList<SpoolerOption> options;
+    EXPECT_TRUE(Spooler::GetJobOptions("SeriesCD", job, &options));
+    EXPECT_TRUE(options.contains(SpoolerOption("InputSlot", "CD")));
+    // The driver took both discs and the printer received its own language.
+    EXPECT_EQ(finalState("SeriesCD", job), Spooler::Completed) << cups.ErrorLog().toStdString();
+    ASSERT_TRUE(printer.WaitForJobs(1, 60000));
+    EXPECT_FALSE(printer.Jobs().first().contains("%PDF"));
+    EXPECT_TRUE(cups.Run("lpadmin", {"-x", "SeriesCD"}));
+}
+
 TEST_F(PrintCommandTest, FailuresExitWithTheirReasonAndLeaveTheProjectAlone)
 {
     const QByteArray before = readFile(project);
