@@ -152,6 +152,16 @@ TEST_F(PrintCommandTest, FailuresExitWithTheirReasonAndLeaveTheProjectAlone)
         EXPECT_TRUE(result.err.contains(c.says)) << result.err.constData();
         EXPECT_TRUE(result.out.isEmpty()) << result.out.constData();
     }
+    // A queue that refuses jobs: the job can't start, and the summary says so.
+    ASSERT_TRUE(cups.Run("lpadmin", {"-p", "Closed", "-E", "-v", "socket://127.0.0.1:9"}));
+    ASSERT_TRUE(cups.Run("cupsreject", {"Closed"}));
+    const CliRun refused = runCli({"print", project, "--printer", "Closed", "--discs", "3"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_TRUE(refused.err.contains("Could not start print job.")) << refused.err.constData();
+    EXPECT_EQ(refused.json()["outcome"].toString(), "not started");
+    EXPECT_EQ(refused.json()["pages"].toInt(), 0);
+    EXPECT_TRUE(cups.Run("lpadmin", {"-x", "Closed"}));
+
     EXPECT_EQ(readFile(project), before);
     EXPECT_EQ(readFile(damaged), "no project at all");
 }
