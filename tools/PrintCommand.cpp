@@ -180,5 +180,5 @@ int PrintCommand::Run(const QStringList& args, QTextStream& out, QTextStream& er
 
     if (outcome == CSeriesJob::Stopped)
         return 128 + (signal > 0 ? signal : SIGINT);
-    return outcome == CSeriesJob::Printed && (saved || series.Pages() == 0) ? ExitOk : ExitFailed;
+    return outcome == CSeriesJob::Printed && saved ? ExitOk : ExitFailed;
 }
