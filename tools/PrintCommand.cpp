@@ -68,9 +68,10 @@ void writeCounters(JsonWriter& json)
 QString PrintCommand::Summary() const
 {
     return QStringLiteral(
-        "Prints N discs (1 unless given) of a project in one job on the named printer (a queue's\n"
-        "name or description), one page each, with the printer's saved set-up, or writes that job\n"
-        "as a PDF with --to-file and sends nothing. Each disc is laid out anew, so each shows its\n"
+        "Prints N discs (1 unless given, at most 1000) of a project in one job, one page each, on\n"
+        "the named printer (a queue's name or description) with the printer's saved set-up and,\n"
+        "for a disc template, on the queue's disc tray; or writes that job as a PDF with --to-file\n"
+        "and sends nothing. Each disc is laid out anew, so each shows its\n"
         "own counter, serial number and record; the counters are saved into the project once,\n"
         "when at least one disc was drawn. \"disc I of N\" goes to standard error after each\n"
         "disc; a JSON summary (job, pages, the counters' final values) to standard output once a\n"
