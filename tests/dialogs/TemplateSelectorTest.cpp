@@ -106,7 +106,7 @@ TEST_F(TemplateSelector, OpensOnTheCurrentTemplateAndFiltersWithoutChangingTheCh
             filter = edit;
     }
     ASSERT_NE(filter, nullptr);
-    QTest::keyClicks(filter, QStringLiteral("a4 LABELS avery"));
+    QTest::keyClicks(filter, QStringLiteral("a4 LABELS avery dvd"));
     QStringList shown;
     for (int i = 0; i < list->topLevelItemCount(); ++i) {
         if (!list->topLevelItem(i)->isHidden())

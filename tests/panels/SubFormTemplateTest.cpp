@@ -80,6 +80,7 @@ protected:
                 if (item->text(0).startsWith(start)) {
                     list->scrollToItem(item);
                     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(item).center());
+                    break; // the first row of that name: later ones may be other products of the maker
                 }
             }
             dialog->accept();
