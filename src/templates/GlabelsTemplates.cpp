@@ -242,6 +242,17 @@ void WriteLine(const QString& line)
     std::fprintf(stderr, "%s\n", line.toLocal8Bit().constData());
 }
 
+// A folder the system's packages fill, rather than the user's own.
+bool IsSystemFolder(const QString& folder)
+{
+    const QString own = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    for (const QString& data : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation)) {
+        if (data != own && folder.startsWith(data + QLatin1Char('/')))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 QStringList GlabelsTemplates::SearchFolders()
@@ -354,8 +365,13 @@ void GlabelsTemplates::AppendFolders(const QStringList& folders, std::vector<CTe
                 error = QStringLiteral("larger than %1 MB").arg(MaxFileSize / (1024 * 1024));
             if (error.isEmpty())
                 Read(bytes, path, read, error, &skipped);
-            for (const QString& line : skipped)
-                WriteLine(line);
+            // A product of an installed package that can't be taken is left out without a word:
+            // nobody can mend it, and a line at every start of every run would only bury the
+            // lines that matter. The user's own templates are told about.
+            if (!IsSystemFolder(folderPath)) {
+                for (const QString& line : skipped)
+                    WriteLine(line);
+            }
             if (!error.isEmpty()) {
                 WriteLine(QStringLiteral("%1: template file skipped: %2").arg(path, error));
                 if (results)
