@@ -4,7 +4,6 @@
 #include "fields/DataFields.h"
 #include "platform/MessageBox.h"
 #include "platform/Profile.h"
-#include "platform/Spooler.h"
 #include "platform/graphics/DeviceContext.h"
 #include "printing/CPrinterSettings.h"
 #include "printing/DEVMODE.h"
@@ -102,17 +101,6 @@ void CPrintView::OnPrint(gfx::DeviceContext& dc, CPrintInfo&, const QString& fil
     m_doc.SetModifiedFlag(wasModified);
 }
 
-void CPrintView::PutDiscTray(QByteArray& devMode, const QString& deviceName)
-{
-    if (!m_doc.IsPrinterTemplate())
-        return;
-    // A spooler that can't say leaves the job as it is, on the printer's paper.
-    QString queue;
-    QList<SpoolerChoice> offered;
-    if (Spooler::FindPrinter(deviceName, &queue) && Spooler::GetOptionChoices(queue, &offered))
-        DiscTray::Apply(devMode, offered, m_doc);
-}
-
 int CPrintView::PrintJob(const QString& file, const QString& printerName, bool imageOnly)
 {
     const bool interactive = printerName.isEmpty();
@@ -132,7 +120,7 @@ int CPrintView::PrintJob(const QString& file, const QString& printerName, bool i
                 DEVMODE::SetCopies(*info.m_pd.hDevMode, 1);
             }
             if (info.m_pd.hDevMode && info.m_pd.hDevNames)
-                PutDiscTray(*info.m_pd.hDevMode, DEVNAMES::Device(*info.m_pd.hDevNames));
+                DiscTray::ApplyFor(*info.m_pd.hDevMode, DEVNAMES::Device(*info.m_pd.hDevNames), m_doc);
             info.m_pDC->ResetDC(info.m_pd.hDevMode.value_or(QByteArray()));
             settings.TakeFrom(info.m_pd);
             // Joined to the data folder once more, this goes nowhere; the printer's own file
@@ -149,7 +137,7 @@ int CPrintView::PrintJob(const QString& file, const QString& printerName, bool i
             info.m_pd.hDevMode = settings.hDevMode;
             info.m_pd.hDevNames = devNames;
             if (info.m_pd.hDevMode)
-                PutDiscTray(*info.m_pd.hDevMode, DEVNAMES::Device(*devNames));
+                DiscTray::ApplyFor(*info.m_pd.hDevMode, DEVNAMES::Device(*devNames), m_doc);
             info.CreatePrinterDC();
             deviceName = DEVNAMES::Device(*devNames);
         }

@@ -72,8 +72,5 @@ protected:
     virtual bool AbortProc() { return !g_bPrintCancel; }
 
 private:
-    // For a disc template, puts the options of the printer's disc tray into the job's record.
-    void PutDiscTray(QByteArray& devMode, const QString& deviceName);
-
     CDrawDoc& m_doc;
 };

@@ -61,13 +61,7 @@ CSeriesJob::Outcome CSeriesJob::Print(int discs, const QString& outputFile)
         DEVMODE::SetCopies(devMode, 1);
     // A disc template prints on the queue's disc tray where it has one, with the tray's page;
     // a spooler that can't say leaves the job on the printer's paper.
-    if (m_doc.IsPrinterTemplate()) {
-        QString queue;
-        QList<SpoolerChoice> offered;
-        if (Spooler::FindPrinter(DEVNAMES::Device(*settings.hDevNames), &queue)
-            && Spooler::GetOptionChoices(queue, &offered))
-            DiscTray::Apply(devMode, offered, m_doc);
-    }
+    DiscTray::ApplyFor(devMode, DEVNAMES::Device(*settings.hDevNames), m_doc);
     info.m_pd.hDevMode = devMode;
     info.m_pd.hDevNames = settings.hDevNames;
     info.CreatePrinterDC();

@@ -147,6 +147,16 @@ bool DiscTray::Apply(QByteArray& devMode, const QList<SpoolerChoice>& offered, c
     return Apply(devMode, offered, document.GetOuterDia(), document.GetInnerDia());
 }
 
+bool DiscTray::ApplyFor(QByteArray& devMode, const QString& deviceName, const CDrawDoc& doc)
+{
+    if (!const_cast<CDrawDoc&>(doc).IsPrinterTemplate())
+        return false;
+    QString queue;
+    QList<SpoolerChoice> offered;
+    return Spooler::FindPrinter(deviceName, &queue) && Spooler::GetOptionChoices(queue, &offered) &&
+           Apply(devMode, offered, doc);
+}
+
 bool DiscTray::Apply(QByteArray& devMode, const QList<SpoolerChoice>& offered, double outerDia, double innerDia)
 {
     const auto [slot, disc] = source(offered);

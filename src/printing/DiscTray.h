@@ -26,6 +26,9 @@ public:
     // The same for a disc of these diameters (inches); false, the record unchanged, when the
     // queue offers no tray or the record names another source of the user's.
     static bool Apply(QByteArray& devMode, const QList<SpoolerChoice>& offered, double outerDia, double innerDia);
+    // The same for the printer of that device name, whose options the spooler is asked for; a
+    // spooler that can't say leaves the record as it is, on the printer's paper.
+    static bool ApplyFor(QByteArray& devMode, const QString& deviceName, const CDrawDoc& doc);
     // Whether the queue has a disc tray.
     static bool Offers(const QList<SpoolerChoice>& offered);
 
