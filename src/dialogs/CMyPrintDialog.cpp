@@ -70,6 +70,7 @@ CMyPrintDialog::CMyPrintDialog(Kind kind, QWidget* parent) : CToolTipDialog(pare
 
     m_pPrinter = new QComboBox(this);
     SetControlId(m_pPrinter, 1139);
+    m_pPrinter->setAccessibleName(QStringLiteral("Printer Name"));
     m_pPrinter->setMinimumContentsLength(28);
     m_pPrinter->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     auto* properties = new QPushButton(QStringLiteral("&Properties"), this);
@@ -114,6 +115,7 @@ CMyPrintDialog::CMyPrintDialog(Kind kind, QWidget* parent) : CToolTipDialog(pare
         auto* copiesBox = new QGroupBox(QStringLiteral("Copies"), this);
         m_pCopies = new QSpinBox(copiesBox);
         m_pCopies->setRange(1, 9999);
+        m_pCopies->setAccessibleName(QStringLiteral("Number of copies"));
         auto* copiesLabel = new QLabel(QStringLiteral("Number of &copies:"), copiesBox);
         copiesLabel->setBuddy(m_pCopies);
         auto* copiesRow = new QHBoxLayout(copiesBox);

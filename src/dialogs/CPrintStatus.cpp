@@ -19,12 +19,14 @@ CPrintStatus::CPrintStatus(QWidget* owner) : m_pOwner(owner)
 
     m_pAnimation = new CBusyIndicator(this);
     SetControlId(m_pAnimation, 1052);
+    m_pAnimation->setAccessibleName(QStringLiteral("Printing"));
     m_pText = new QLabel(this);
     SetControlId(m_pText, 1058);
     m_pText->setMinimumWidth(260);
     m_pProgress = new QProgressBar(this);
     SetControlId(m_pProgress, 1140);
     m_pProgress->setTextVisible(false);
+    m_pProgress->setAccessibleName(QStringLiteral("Discs printed"));
     m_pPercent = new QLabel(QStringLiteral("100 %"), this);
     SetControlId(m_pPercent, 1055);
 
